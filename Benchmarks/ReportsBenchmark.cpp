@@ -1,0 +1,281 @@
+// How many 700-byte reports a second the daemon channel takes from the socket to a callback, beside what
+// QTcpSocket and QJsonDocument do with the same frames, and beside a loop that only receives the bytes. The
+// sender is a process of its own on the loopback device. Also the longest pause of the main event loop while a
+// burst comes in.
+#include "Messaging/DaemonChannel.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTcpSocket>
+
+#include <netinet/in.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int ReportsPerRun = 200000;
+constexpr int BurstReports = 10000;
+constexpr int Runs = 5;
+constexpr qsizetype ReportBytes = 700;
+
+QByteArray frame(int number)
+{
+    QByteArray text =
+        QByteArray(R"({"type":"operationProgress","userName":"ann@example.org","operationStartType":1,)"
+                   R"("progressType":1,"operationType":0,"operationDetailedType":0,"operationData":)"
+                   R"({"showPercentage":true,"progressData":{"percentage":")") +
+        QByteArray::number(number % 101) +
+        R"(","transferSpeed":"12.4 MB/s","estimatedTime":"00:12:31","elapsedtime":"00:03:07",)"
+        R"("tansferMode":"Backing up","filesize":"4.2 MB","dedupRemainingFiles":"1204",)"
+        R"("dedupCompletedFiles":"871","filename":"/home/ann/Pictures/)";
+    const QByteArray end = R"(.jpeg"}}})";
+    text += QByteArray(ReportBytes - text.size() - end.size(), 'p') + end;
+    const auto size = static_cast<quint64>(text.size());
+    return QByteArray(reinterpret_cast<const char *>(&size), sizeof size) + text;
+}
+
+void sendAll(int fd, const QByteArray &bytes)
+{
+    for (qsizetype done = 0; done < bytes.size();) {
+        const auto count = ::send(fd, bytes.constData() + done, size_t(bytes.size() - done), MSG_NOSIGNAL);
+        if (count <= 0)
+            return;
+        done += count;
+    }
+}
+
+/// The sender: sends the reports of one run, burst after burst, on each connection that comes, and then takes
+/// what the other end has to say until it closes.
+[[noreturn]] void runSender(int listener)
+{
+    QByteArray burst;
+    for (int i = 0; i < BurstReports; ++i)
+        burst += frame(i);
+    for (;;) {
+        const int fd = ::accept(listener, nullptr, nullptr);
+        if (fd < 0)
+            ::_exit(1);
+        for (int i = 0; i < ReportsPerRun / BurstReports; ++i)
+            sendAll(fd, burst);
+        char rest[4096];
+        while (::recv(fd, rest, sizeof rest, 0) > 0) {
+        }
+        ::close(fd);
+    }
+}
+
+int listenOnLoopback(quint16 *port)
+{
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    if (::bind(fd, reinterpret_cast<sockaddr *>(&address), size) != 0 || ::listen(fd, 4) != 0)
+        qFatal("cannot listen");
+    ::getsockname(fd, reinterpret_cast<sockaddr *>(&address), &size);
+    *port = ntohs(address.sin_port);
+    return fd;
+}
+
+/// What one way took for one run.
+struct Result {
+    double seconds = 0;
+    double longestPauseMs = 0;
+};
+
+/// The longest time between two turns of the event loop, from the making to the end.
+class PauseMeter
+{
+public:
+    PauseMeter()
+    {
+        m_sinceTurn.start();
+        m_connection = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake,
+                                        [this] { turned(); });
+        // A turn that finds something to do at once tells of it before, and one that waited, after.
+        m_blocking = QObject::connect(QAbstractEventDispatcher::instance(),
+                                      &QAbstractEventDispatcher::aboutToBlock, [this] { turned(); });
+    }
+    ~PauseMeter()
+    {
+        QObject::disconnect(m_connection);
+        QObject::disconnect(m_blocking);
+    }
+    [[nodiscard]] double longestMs() const { return double(m_longest) / 1e6; }
+
+private:
+    void turned()
+    {
+        m_longest = std::max(m_longest, m_sinceTurn.nsecsElapsed());
+        m_sinceTurn.restart();
+    }
+
+    QElapsedTimer m_sinceTurn;
+    qint64 m_longest = 0;
+    QMetaObject::Connection m_connection, m_blocking;
+};
+
+Result bareReceive(quint16 port)
+{
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
+        qFatal("cannot connect");
+    std::vector<char> buffer(256 * 1024);
+    qint64 left = qint64(ReportsPerRun) * (ReportBytes + 8);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (left > 0)
+        left -= ::recv(fd, buffer.data(), buffer.size(), 0);
+    const double seconds = double(elapsed.nsecsElapsed()) / 1e9;
+    ::close(fd);
+    return {seconds, 0};
+}
+
+Result qtWay(quint16 port)
+{
+    QTcpSocket socket;
+    QEventLoop loop;
+    quint64 size = 0;
+    int reports = 0;
+    qint64 sum = 0;
+    QObject::connect(&socket, &QTcpSocket::readyRead, &loop, [&] {
+        for (;;) {
+            if (size == 0) {
+                if (socket.bytesAvailable() < 8)
+                    return;
+                socket.read(reinterpret_cast<char *>(&size), 8);
+            }
+            if (socket.bytesAvailable() < qint64(size))
+                return;
+            const QJsonObject object = QJsonDocument::fromJson(socket.read(qint64(size))).object();
+            size = 0;
+            if (object.value("type"_L1).toString() == "operationProgress"_L1)
+                sum += object.value("progressType"_L1).toInt() + object.value("userName"_L1).toString().size();
+            if (++reports == ReportsPerRun)
+                loop.quit();
+        }
+    });
+    QElapsedTimer elapsed;
+    elapsed.start();
+    socket.connectToHost(u"127.0.0.1"_s, port);
+    const PauseMeter pauses;
+    loop.exec();
+    const double seconds = double(elapsed.nsecsElapsed()) / 1e9;
+    if (sum != qint64(ReportsPerRun) * 16)
+        qFatal("wrong reports");
+    return {seconds, pauses.longestMs()};
+}
+
+/// Counts reports; reads the three routing keys of each, or the whole object.
+class Counter : public DaemonChannelOwner
+{
+public:
+    Counter(QEventLoop &loop, bool whole, int count) : m_loop(loop), m_whole(whole), m_count(count) {}
+    void channelDidConnect() override {}
+    QVariantMap pingDetails() override { return {}; }
+    void channelDidDisconnect() override { qFatal("disconnected"); }
+    void didReceiveMessage(const QVariantList &) override { qFatal("not a report"); }
+    void didRefusePayload(const QString &reason) override { qFatal("refused: %s", qUtf8Printable(reason)); }
+    void didReceiveProgress(const DaemonMessage &message) override
+    {
+        if (message.operationStartType() == 1)
+            m_sum += message.progressType().value_or(0) + message.userName().value_or(QString()).size();
+        if (m_whole)
+            m_sum += message.toVariantMap().size() - 7;
+        if (++m_reports == m_count)
+            m_loop.quit();
+    }
+    [[nodiscard]] bool right() const { return m_sum >= qint64(m_count) * 16; }
+
+private:
+    QEventLoop &m_loop;
+    const bool m_whole;
+    const int m_count;
+    int m_reports = 0;
+    qint64 m_sum = 0;
+};
+
+Result ourWay(quint16 port, bool whole, int count)
+{
+    QEventLoop loop;
+    SystemClock clock;
+    Counter counter(loop, whole, count);
+    DaemonChannel channel(counter, clock, [port] { return qint64(port); });
+    QElapsedTimer elapsed;
+    elapsed.start();
+    channel.start();
+    const PauseMeter pauses;
+    loop.exec();
+    const double seconds = double(elapsed.nsecsElapsed()) / 1e9;
+    if (!counter.right())
+        qFatal("wrong reports");
+    return {seconds, pauses.longestMs()};
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    quint16 port = 0;
+    const int listener = listenOnLoopback(&port);
+    const pid_t sender = ::fork();
+    if (sender == 0)
+        runSender(listener);
+    ::close(listener);
+    const QCoreApplication application(argc, argv);
+
+    const struct {
+        const char *name;
+        std::function<Result()> run;
+    } ways[] = {
+        {"bare recv loop", [port] { return bareReceive(port); }},
+        {"QTcpSocket and QJsonDocument", [port] { return qtWay(port); }},
+        {"daemon channel, routing keys", [port] { return ourWay(port, false, ReportsPerRun); }},
+        {"daemon channel, whole object", [port] { return ourWay(port, true, ReportsPerRun); }},
+    };
+    // The ways take turns, so that a busy moment of the machine meets all of them.
+    std::vector<std::vector<double>> rates(std::size(ways));
+    std::vector<double> pauses(std::size(ways), 0);
+    for (int run = 0; run < Runs; ++run) {
+        for (size_t i = 0; i < std::size(ways); ++i) {
+            const Result result = ways[i].run();
+            rates[i].push_back(ReportsPerRun / result.seconds);
+            pauses[i] = std::max(pauses[i], result.longestPauseMs);
+        }
+    }
+    double burstPause = std::numeric_limits<double>::max();
+    for (int run = 0; run < Runs; ++run)
+        burstPause = std::min(burstPause, ourWay(port, false, BurstReports).longestPauseMs);
+    ::kill(sender, SIGTERM);
+    ::waitpid(sender, nullptr, 0);
+
+    for (auto &list : rates)
+        std::sort(list.begin(), list.end());
+    const double yardstick = rates[1][Runs / 2];
+    std::printf("%d reports of %d bytes a run, %d runs, median\n", ReportsPerRun, int(ReportBytes), Runs);
+    std::printf("%-32s %12s %8s %16s\n", "", "reports/s", "ratio", "longest pause");
+    for (size_t i = 0; i < std::size(ways); ++i) {
+        std::printf("%-32s %12.0f %7.2fx %13.2f ms\n", ways[i].name, rates[i][Runs / 2],
+                    rates[i][Runs / 2] / yardstick, pauses[i]);
+    }
+    std::printf("one burst of %d reports: longest pause of the main loop %.2f ms\n", BurstReports, burstPause);
+    return 0;
+}

@@ -1,0 +1,30 @@
+#include "Classes/Schedules/ScheduleArchive.h"
+
+#include "Platform/AtomicFile.h"
+#include "Platform/KeyedArchive.h"
+#include "Platform/PropertyList.h"
+
+std::optional<ScheduleRecords> contentsOfArchivedFile(const std::optional<QString> &path, QLatin1StringView key)
+{
+    const auto bytes = path ? AtomicFile::read(*path, PropertyList::MaxBytes) : std::nullopt;
+    return bytes ? scheduleRecordsIn(*bytes, key) : std::nullopt;
+}
+
+std::optional<ScheduleRecords> scheduleRecordsIn(const QByteArray &bytes, QLatin1StringView key)
+{
+    const auto archive = KeyedArchive::open(bytes);
+    const auto entries = archive ? archive->decodeObject(key).entries() : std::nullopt;
+    if (!entries || entries->size() > MaxScheduleRecords)
+        return std::nullopt;
+    ScheduleRecords records;
+    records.reserve(entries->size());
+    for (const auto &entry : *entries) {
+        if (entry.isKindOf(QLatin1StringView("CorvaneScheduleItem")))
+            records.emplace_back(CorvaneScheduleItem::decoded(entry));
+        else
+            records.emplace_back();
+    }
+    if (archive->isExhausted()) // the last records would be empty shells that look like jobs to start at once
+        return std::nullopt;
+    return records;
+}

@@ -1,0 +1,217 @@
+#include "Companions/BackupDaemon/BackupDaemon.h"
+
+#include <QJsonDocument>
+
+namespace
+{
+constexpr std::chrono::milliseconds ReportPace{250};
+
+enum class CoreAction { Pause = 1, Resume = 2, Stop = 3 };
+} // namespace
+
+BackupDaemon::BackupDaemon(PathTable table, QObject *parent) : QObject(parent), m_files(std::move(table))
+{
+    addJobCommands();
+    addMessageCommands();
+    addFaultCommands();
+    addOwnCommands();
+    m_pace.setInterval(ReportPace);
+    connect(&m_pace, &QTimer::timeout, this, &BackupDaemon::tick);
+    connect(&m_server, &DaemonServer::messageReceived, this, &BackupDaemon::takeMessage);
+    connect(&m_server, &DaemonServer::noticed, this,
+            [](const QString &line) { printLine(QStringLiteral("-- ") + line); });
+}
+
+bool BackupDaemon::start(quint16 port)
+{
+    m_files.clearStaleState(QDateTime::currentDateTime());
+    if (!m_server.listen(port)) {
+        printResult(CommandResult::failed(QStringLiteral("cannot listen on port %1").arg(port)));
+        return false;
+    }
+    // The port is published last: whoever reads it may connect at once.
+    if (!m_files.publishPort(m_server.port())) {
+        printResult(CommandResult::failed(QStringLiteral("cannot publish the port")));
+        return false;
+    }
+    printResult(CommandResult::ok(QStringLiteral("listening on port %1").arg(m_server.port())));
+    return true;
+}
+
+void BackupDaemon::runCommand(const QString &line)
+{
+    printResult(m_commands.run(line));
+}
+
+CommandResult BackupDaemon::beginJob(const QString &account, BackupJob::Origin origin,
+                                     std::chrono::seconds length)
+{
+    if (m_job)
+        return CommandResult::failed(QStringLiteral("a job of %1 is running").arg(m_job->account()));
+    if (account.isEmpty())
+        return CommandResult::failed(QStringLiteral("nobody is signed in, and no account is given"));
+    const bool scheduled = origin == BackupJob::Origin::Schedule;
+    if (scheduled && !m_files.scheduleFor(account))
+        return CommandResult::failed(QStringLiteral("%1 has no scheduled job").arg(account));
+    if (scheduled && m_files.schedulesDisabled())
+        return CommandResult::failed(QStringLiteral("all scheduled jobs are switched off"));
+
+    // A client may look at any file as soon as it hears of the job, so all of them come first.
+    if (scheduled) {
+        m_files.setScheduleStatus(account, JobStatus::InProgress, QDateTime::currentDateTime());
+        m_files.setPauseMarker(account, false);
+        m_files.setSchedulerState(SchedulerState::Normal);
+    }
+    m_files.setCurrentJob(RunningJob{account, static_cast<int>(origin), 0});
+    m_job.emplace(account, origin, length);
+    report(ReportKind::Started);
+    if (scheduled)
+        sendToolTip(QStringLiteral("Scheduled Backup is in progress."));
+    report(ReportKind::Enumerated);
+    m_pace.start();
+    return CommandResult::ok(QStringLiteral("job of %1, %2 s").arg(account).arg(length.count()));
+}
+
+CommandResult BackupDaemon::setJobPaused(bool paused)
+{
+    if (!m_job)
+        return CommandResult::failed(QStringLiteral("no job is running"));
+    if (m_job->isPaused() == paused)
+        return CommandResult::ok(QStringLiteral("unchanged"));
+    m_job->setPaused(paused);
+    if (m_job->origin() == BackupJob::Origin::Schedule) {
+        m_files.setPauseMarker(m_job->account(), paused);
+        m_files.setSchedulerState(paused ? SchedulerState::Paused : SchedulerState::Normal);
+    }
+    report(paused ? ReportKind::Paused : ReportKind::Resumed);
+    if (m_job->origin() == BackupJob::Origin::Schedule)
+        sendToolTip(paused ? QStringLiteral("Your Scheduled job is paused.")
+                           : QStringLiteral("Scheduled Backup is in progress."));
+    return CommandResult::ok();
+}
+
+CommandResult BackupDaemon::endJob(JobStatus how)
+{
+    if (!m_job)
+        return CommandResult::failed(QStringLiteral("no job is running"));
+    m_pace.stop();
+    const QString account = m_job->account();
+    const bool scheduled = m_job->origin() == BackupJob::Origin::Schedule;
+    m_job->setPaused(false);
+    if (scheduled) {
+        m_files.setScheduleStatus(account, how, QDateTime::currentDateTime());
+        m_files.setPauseMarker(account, false);
+        m_files.setSchedulerState(SchedulerState::Normal);
+    }
+    m_files.setCurrentJob(std::nullopt);
+    report(ReportKind::Complete);
+    m_job.reset();
+    if (scheduled)
+        sendNextJobLine(account);
+    printLine(how == JobStatus::Completed ? QStringLiteral("-- job completed")
+                                          : QStringLiteral("-- job stopped"));
+    return CommandResult::ok();
+}
+
+void BackupDaemon::tick()
+{
+    if (!m_job || m_job->isPaused())
+        return;
+    m_job->advance(ReportPace);
+    report(ReportKind::Figures);
+    if (m_job->isFinished())
+        (void)endJob(JobStatus::Completed); // it can only fail without a job
+}
+
+void BackupDaemon::report(ReportKind kind)
+{
+    QJsonObject message = m_job->report(kind);
+    if (m_nestReports) {
+        QJsonObject data = message;
+        data.remove(u"type");
+        message = {{QStringLiteral("type"), message.value(u"type")}, {QStringLiteral("data"), data}};
+    }
+    m_server.send(message);
+}
+
+void BackupDaemon::sendToolTip(const QString &message)
+{
+    m_server.send({{QStringLiteral("type"), QStringLiteral("SetToolTip")},
+                   {QStringLiteral("data"), QJsonObject{{QStringLiteral("message"), message}}}});
+}
+
+void BackupDaemon::sendNextJobLine(const QString &account)
+{
+    // The line holds a date, which no translation table can. So the clients are asked to say it in their own
+    // words, and told the English one only where they are out of reach.
+    if (m_files.announceScheduleChange())
+        return;
+    const auto schedule = m_files.scheduleFor(account);
+    sendToolTip(
+        schedule
+            ? QStringLiteral("Your next scheduled job will start on ") +
+                  schedule->value(QStringLiteral("scheduleTime")).toDateTime().toString(u"MM-dd-yyyy HH:mm")
+            : QStringLiteral("Your next scheduled event: You have no scheduled jobs."));
+}
+
+void BackupDaemon::takeMessage(const QJsonObject &message)
+{
+    const QString type = message.value(u"type").toString();
+    printLine(QStringLiteral("<- ") + type + u' ' +
+              QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
+    const QJsonObject data = message.value(u"data").toObject();
+    if (type == QLatin1StringView("clientCoreOperation")) {
+        takeCoreOperation(data);
+    } else if (type == QLatin1StringView("SetPauseState")) {
+        (void)setJobPaused(true); // the core operation has come before it; this is its echo
+    } else if (type == QLatin1StringView("SetResumeState")) {
+        (void)setJobPaused(false);
+    } else if (type == QLatin1StringView("PingFromMonitor")) {
+        joinRunningJob();
+    } else if (type == QLatin1StringView("FDAMessage")) {
+        answerDiskAccess(data);
+    } else if (type == QLatin1StringView("bandwidthThrottleChanged")) {
+        const QString limit = m_files.bandwidthThrottle(data.value(u"userName").toString());
+        printLine(QStringLiteral("-- bandwidth now \"%1\"").arg(limit));
+    } else if (type == QLatin1StringView("Shutdown")) {
+        const bool cancelled = data.value(u"userResponseForShutdown").toString() == QLatin1StringView("1001");
+        printLine(cancelled ? QStringLiteral("-- shutdown cancelled") : QStringLiteral("-- shutdown granted"));
+    } else if (type == QLatin1StringView("RemoteManage")) {
+        printLine(QStringLiteral("-- remote settings: ") + data.value(u"ChannelType").toString());
+    }
+}
+
+void BackupDaemon::takeCoreOperation(const QJsonObject &data)
+{
+    CommandResult result = CommandResult::failed(QStringLiteral("unknown action"));
+    switch (static_cast<CoreAction>(data.value(u"actionType").toInt())) {
+    case CoreAction::Pause:
+        result = setJobPaused(true);
+        break;
+    case CoreAction::Resume:
+        result = setJobPaused(false);
+        break;
+    case CoreAction::Stop:
+        result = endJob(JobStatus::Cancelled);
+        break;
+    }
+    if (!result.done)
+        printLine(QStringLiteral("-- ") + result.text);
+}
+
+void BackupDaemon::joinRunningJob()
+{
+    if (!m_job)
+        return;
+    if (m_job->origin() == BackupJob::Origin::Schedule)
+        sendToolTip(m_job->isPaused() ? QStringLiteral("Your Scheduled job is paused.")
+                                      : QStringLiteral("Scheduled Backup is in progress."));
+    report(m_job->isPaused() ? ReportKind::Paused : ReportKind::Figures);
+}
+
+void BackupDaemon::answerDiskAccess(const QJsonObject &data)
+{
+    QJsonObject answer = data;
+    answer.insert(u"IsDaemonFullDiskAccess", QStringLiteral("YES"));
+    m_server.send({{QStringLiteral("type"), QStringLiteral("FDAMessage")}, {QStringLiteral("data"), answer}});
+}

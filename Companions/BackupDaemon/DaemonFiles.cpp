@@ -1,0 +1,151 @@
+#include "Companions/BackupDaemon/DaemonFiles.h"
+
+#include "Companions/Common/Notifications.h"
+#include "Companions/Common/PropertyList.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace
+{
+const QString StatusKey = QStringLiteral("status");
+const QString TimeKey = QStringLiteral("scheduleTime");
+const QString AccountKey = QStringLiteral("corvaneUserName");
+
+bool hasStatus(const ScheduleRecord &record, JobStatus status)
+{
+    return record.value(StatusKey).toInt() == static_cast<int>(status);
+}
+
+Frequency frequencyOf(const ScheduleRecord &record)
+{
+    return static_cast<Frequency>(record.value(QStringLiteral("frequency")).toInt());
+}
+} // namespace
+
+DaemonFiles::DaemonFiles(PathTable table) : m_table(std::move(table))
+{
+}
+
+bool DaemonFiles::publishPort(quint16 port)
+{
+    return writePropertyList(m_table.path(QStringLiteral("TCPPortFile")),
+                             {{QStringLiteral("port"), int(port)}});
+}
+
+QString DaemonFiles::signedInAccount() const
+{
+    const QVariant record = readPropertyList(m_table.path(QStringLiteral("LastUserLoginDetailsFilePath")));
+    return record.toMap().value(QStringLiteral("Username")).toString();
+}
+
+bool DaemonFiles::setCurrentJob(const std::optional<RunningJob> &job)
+{
+    QVariantMap jobs;
+    QVariantMap status{{QStringLiteral("Interactive"), QString()}, {QStringLiteral("Schedule"), QString()}};
+    if (job) {
+        const QVariantMap entry{{QStringLiteral("operationStartType"), job->operationStartType},
+                                {QStringLiteral("operationType"), job->operationType}};
+        jobs.insert(job->account, QVariantList{entry});
+        const bool byHand = job->operationStartType == 0;
+        status.insert(byHand ? QStringLiteral("Interactive") : QStringLiteral("Schedule"), job->account);
+    }
+    const bool listed = writePropertyList(m_table.path(QStringLiteral("CurrentJobs")), jobs);
+    return writePropertyList(m_table.path(QStringLiteral("ApplicationStatusPath")), status) && listed;
+}
+
+bool DaemonFiles::setSchedulerState(SchedulerState state)
+{
+    return writeWholeFile(m_table.path(QStringLiteral("SchedulerStatusInfoPath")),
+                          QByteArray::number(static_cast<int>(state)));
+}
+
+bool DaemonFiles::schedulesDisabled() const
+{
+    return readTextFile(m_table.path(QStringLiteral("SchedulerStatusInfoPath"))) == QLatin1StringView("0");
+}
+
+bool DaemonFiles::setPauseMarker(const QString &account, bool paused)
+{
+    const QString folder = QFileInfo(throttlePath(account)).path();
+    return writeWholeFile(folder + QStringLiteral("/pause.txt"), paused ? "1" : "0");
+}
+
+QString DaemonFiles::bandwidthThrottle(const QString &account) const
+{
+    return readTextFile(throttlePath(account));
+}
+
+std::optional<ScheduleRecord> DaemonFiles::scheduleFor(const QString &account) const
+{
+    const Records records = readSchedules(m_table.path(QStringLiteral("SchedulerSettingsFile")));
+    const auto found = findSchedule(records, account);
+    if (found == records.cend())
+        return std::nullopt;
+    return *found;
+}
+
+bool DaemonFiles::setScheduleStatus(const QString &account, JobStatus status, const QDateTime &now)
+{
+    const QString path = m_table.path(QStringLiteral("SchedulerSettingsFile"));
+    Records records = readSchedules(path);
+    const auto running =
+        std::find_if(records.cbegin(), records.cend(), [&account](const ScheduleRecord &record) {
+            return record.value(AccountKey) == account && hasStatus(record, JobStatus::InProgress);
+        });
+    const auto found = running != records.cend() ? running : findSchedule(records, account);
+    if (found == records.cend())
+        return false;
+    const auto place = records.begin() + (found - records.cbegin());
+    const bool ended = status == JobStatus::Completed || status == JobStatus::Cancelled;
+    if (ended && frequencyOf(*place) == Frequency::Once) {
+        records.erase(place);
+        return writeSchedules(path, records);
+    }
+    place->insert(StatusKey, static_cast<int>(status));
+    if (ended)
+        place->insert(TimeKey, nextOccurrence(place->value(TimeKey).toDateTime(), frequencyOf(*place), now));
+    return writeSchedules(path, records);
+}
+
+void DaemonFiles::clearStaleState(const QDateTime &now)
+{
+    const QString path = m_table.path(QStringLiteral("SchedulerSettingsFile"));
+    for (const ScheduleRecord &record : readSchedules(path)) {
+        if (!hasStatus(record, JobStatus::InProgress))
+            continue;
+        const QString account = record.value(AccountKey).toString();
+        setScheduleStatus(account, JobStatus::Cancelled, now);
+        setPauseMarker(account, false);
+    }
+    setCurrentJob(std::nullopt);
+    if (!schedulesDisabled())
+        setSchedulerState(SchedulerState::Normal);
+}
+
+bool DaemonFiles::announceScheduleChange() const
+{
+    return postNotification(m_table.value(QStringLiteral("UpdateImmediateScheduleToolTip")));
+}
+
+DaemonFiles::Records::const_iterator DaemonFiles::findSchedule(const Records &records, const QString &account)
+{
+    const QString login = loginName();
+    auto best = records.cend();
+    for (auto record = records.cbegin(); record != records.cend(); ++record) {
+        if (record->value(AccountKey) != account || record->value(QStringLiteral("profileName")) != login)
+            continue;
+        const bool repeats = frequencyOf(*record) != Frequency::Once;
+        const bool betterKind = best == records.cend() || (repeats && frequencyOf(*best) == Frequency::Once);
+        const bool sameKind = best != records.cend() && repeats == (frequencyOf(*best) != Frequency::Once);
+        if (betterKind || (sameKind && record->value(TimeKey).toDateTime() < best->value(TimeKey).toDateTime()))
+            best = record;
+    }
+    return best;
+}
+
+QString DaemonFiles::throttlePath(const QString &account) const
+{
+    return m_table.path(QStringLiteral("BandwidthThrottleFilePathForTql"), {account});
+}

@@ -1,0 +1,68 @@
+#include "Companions/Common/PathTable.h"
+
+#include "Companions/Common/PropertyList.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace
+{
+/// Programs lie in bin/ or in a folder of their own below it.
+constexpr int BundleSearchDepth = 3;
+
+QString tableBesideProgram()
+{
+    QDir folder(QCoreApplication::applicationDirPath());
+    for (int level = 0; level < BundleSearchDepth && folder.cdUp(); ++level) {
+        const QString candidate = folder.filePath(QStringLiteral("share/corvane-monitor/Localizable.plist"));
+        if (QFileInfo::exists(candidate))
+            return candidate;
+    }
+    return {};
+}
+} // namespace
+
+PathTable::PathTable(QVariantMap entries) : m_entries(std::move(entries))
+{
+}
+
+std::optional<PathTable> PathTable::load(const QString &given)
+{
+    const QVariant tree = readPropertyList(given.isEmpty() ? tableBesideProgram() : given);
+    if (tree.typeId() != QMetaType::QVariantMap)
+        return std::nullopt;
+    return PathTable(tree.toMap());
+}
+
+QString PathTable::value(const QString &key, const QStringList &arguments) const
+{
+    const QString placeholder = QStringLiteral("%@");
+    QString text = m_entries.value(key).toString();
+    qsizetype from = 0;
+    for (const QString &argument : arguments) {
+        const qsizetype at = text.indexOf(placeholder, from);
+        if (at < 0)
+            break;
+        text.replace(at, placeholder.size(), argument);
+        from = at + argument.size();
+    }
+    return text;
+}
+
+QString PathTable::path(const QString &key, const QStringList &arguments) const
+{
+    QString text = value(key, arguments);
+    if (text.startsWith(u'~'))
+        text.replace(0, 1, QDir::homePath());
+    return text;
+}
+
+QString loginName()
+{
+    const passwd *entry = getpwuid(getuid());
+    return entry ? QString::fromLocal8Bit(entry->pw_name) : QString();
+}

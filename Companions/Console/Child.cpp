@@ -1,0 +1,121 @@
+#include "Companions/Console/Child.h"
+
+#include "Companions/Common/Commands.h"
+
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+#include <csignal>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr std::chrono::milliseconds ReapPause{10};
+}
+
+Child::Child(QString name, QString program, QStringList arguments, QObject *parent)
+    : QObject(parent), m_name(std::move(name))
+{
+    m_process.setProgram(program);
+    m_process.setArguments(arguments);
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    connect(&m_process, &QProcess::readyRead, this, &Child::readLines);
+    connect(&m_process, &QProcess::finished, this, [this] {
+        readLines();
+        Q_EMIT ended();
+    });
+}
+
+Child::~Child()
+{
+    m_process.disconnect(this);
+    end(std::chrono::seconds(2));
+}
+
+const QString &Child::name() const
+{
+    return m_name;
+}
+
+QString Child::program() const
+{
+    return m_process.program();
+}
+
+bool Child::isRunning() const
+{
+    return m_process.state() == QProcess::Running;
+}
+
+bool Child::start()
+{
+    m_process.start();
+    return m_process.waitForStarted();
+}
+
+void Child::writeLine(const QString &line)
+{
+    m_process.write(line.toUtf8() + '\n');
+}
+
+void Child::end(std::chrono::milliseconds patience)
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.terminate();
+    if (!m_process.waitForFinished(static_cast<int>(patience.count()))) {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+}
+
+void Child::readLines()
+{
+    while (m_process.canReadLine() || (!isRunning() && m_process.bytesAvailable() > 0)) {
+        const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
+        const QString word = line.section(u' ', 0, 0);
+        if (word == QLatin1StringView("ok") || word == QLatin1StringView("error"))
+            Q_EMIT answered(word == QLatin1StringView("ok"), line.section(u' ', 1));
+        else
+            printLine(QStringLiteral("[%1] %2").arg(m_name, line));
+    }
+}
+
+void adoptOrphans()
+{
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+}
+
+QList<qint64> childrenRunning(const QString &program)
+{
+    const QString wanted = QFileInfo(program).canonicalFilePath();
+    QFile list(QStringLiteral("/proc/self/task/%1/children").arg(getpid()));
+    if (!list.open(QIODevice::ReadOnly))
+        return {};
+    QList<qint64> found;
+    for (const QByteArray &word : list.readAll().simplified().split(' ')) {
+        const QString link = QStringLiteral("/proc/%1/exe").arg(QString::fromLatin1(word));
+        if (!word.isEmpty() && QFile::symLinkTarget(link) == wanted)
+            found.append(word.toLongLong());
+    }
+    return found;
+}
+
+void endChildrenRunning(const QString &program, std::chrono::milliseconds patience)
+{
+    const QDeadlineTimer deadline(patience);
+    const QList<qint64> doomed = childrenRunning(program);
+    for (const qint64 pid : doomed)
+        ::kill(static_cast<pid_t>(pid), SIGTERM);
+    for (const qint64 pid : doomed) {
+        while (::waitpid(static_cast<pid_t>(pid), nullptr, WNOHANG) == 0) {
+            if (deadline.hasExpired())
+                ::kill(static_cast<pid_t>(pid), SIGKILL);
+            QThread::msleep(static_cast<unsigned long>(ReapPause.count()));
+        }
+    }
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+/// What the desktop's host is told of the status item of a program: read over the session bus, the way the host
+/// itself reads it.
+class StatusItemProbe
+{
+public:
+    /// `program` is the executable whose item is meant.
+    explicit StatusItemProbe(QString program);
+
+    /// The text of the item's tool tip; empty optional when the program has no item at a host.
+    [[nodiscard]] std::optional<QString> toolTip() const;
+
+private:
+    struct Address {
+        QString service;
+        QString path;
+    };
+    [[nodiscard]] std::optional<Address> findItem() const;
+    [[nodiscard]] bool belongsToProgram(const QString &service) const;
+
+    QString m_program;
+};

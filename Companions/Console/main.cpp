@@ -1,0 +1,99 @@
+#include "Companions/Console/Console.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFile>
+#include <QSocketNotifier>
+#include <QTextStream>
+
+#include <csignal>
+#include <sys/eventfd.h>
+
+namespace
+{
+int s_signalWake = -1;
+
+/// Ends the event loop on a signal to end, so that every program of the console is ended with it.
+void quitOnSignals(QCoreApplication &application)
+{
+    s_signalWake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    auto *notifier = new QSocketNotifier(s_signalWake, QSocketNotifier::Read, &application);
+    QObject::connect(notifier, &QSocketNotifier::activated, &application, [notifier] {
+        notifier->setEnabled(false);
+        QCoreApplication::exit(130);
+    });
+    // A handler, and no blocked signals read from a descriptor: the children would inherit the blocking.
+    struct sigaction action = {};
+    action.sa_handler = [](int) { (void)eventfd_write(s_signalWake, 1); };
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        sigaction(number, &action, nullptr);
+}
+
+bool enqueueScript(Console &console, const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    QTextStream stream(&file);
+    for (QString line; stream.readLineInto(&line);)
+        if (line = line.trimmed(); !line.isEmpty() && !line.startsWith(u'#'))
+            console.enqueue(line);
+    return true;
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QCommandLineParser parser;
+    const auto option = [&parser](const QString &name, const QString &text, const QString &value) {
+        const QCommandLineOption made(name, text, value);
+        parser.addOption(made);
+        return made;
+    };
+    const auto monitor =
+        option(QStringLiteral("monitor"), QStringLiteral("Executable of the monitor."), QStringLiteral("file"));
+    const auto table =
+        option(QStringLiteral("table"), QStringLiteral("The path table to use."), QStringLiteral("file"));
+    const auto script =
+        option(QStringLiteral("script"), QStringLiteral("Run this file and end."), QStringLiteral("file"));
+    const auto first =
+        option(QStringLiteral("first"), QStringLiteral("Run this file, then go on."), QStringLiteral("file"));
+    const auto tool = option(QStringLiteral("screenshot-tool"),
+                             QStringLiteral("Program that writes a picture."), QStringLiteral("file"));
+    const auto out =
+        option(QStringLiteral("out"), QStringLiteral("Folder for pictures."), QStringLiteral("folder"));
+    const auto prefix = option(QStringLiteral("picture-prefix"),
+                               QStringLiteral("Goes before the name of each picture."), QStringLiteral("text"));
+    parser.addHelpOption();
+    parser.process(application);
+
+    const QString folder = QCoreApplication::applicationDirPath();
+    const QString beside = folder + QStringLiteral("/../corvane-monitor");
+    const ConsoleSettings settings{folder,
+                                   parser.isSet(monitor) ? parser.value(monitor) : beside,
+                                   parser.value(table),
+                                   parser.value(tool),
+                                   parser.value(prefix),
+                                   parser.value(out)};
+    const bool scripted = parser.isSet(script);
+    quitOnSignals(application);
+    adoptOrphans();
+
+    Console console(settings, scripted ? Console::OnFailure::Stop : Console::OnFailure::GoOn);
+    QObject::connect(&console, &Console::finished, &application, &QCoreApplication::exit, Qt::QueuedConnection);
+    for (const QString &file : {parser.value(first), parser.value(script)}) {
+        if (!file.isEmpty() && !enqueueScript(console, file)) {
+            printResult(CommandResult::failed(QStringLiteral("cannot read ") + file));
+            return 2;
+        }
+    }
+    if (scripted) {
+        console.endAfterQueue();
+        return application.exec();
+    }
+    LineInput input;
+    QObject::connect(&input, &LineInput::lineRead, &console, &Console::enqueue);
+    QObject::connect(&input, &LineInput::ended, &console, &Console::endAfterQueue);
+    return application.exec();
+}

@@ -1,0 +1,25 @@
+#include "Messaging/PreBuffer.h"
+
+GCDAsyncSocketPreBuffer::GCDAsyncSocketPreBuffer(qsizetype capacity)
+{
+    ensureCapacityForWrite(capacity);
+}
+
+void GCDAsyncSocketPreBuffer::ensureCapacityForWrite(qsizetype count)
+{
+    const qsizetype missing = count - freeSpace();
+    if (missing <= 0)
+        return;
+    auto *const grown = static_cast<char *>(std::realloc(m_block.get(), static_cast<size_t>(m_size + missing)));
+    Q_CHECK_PTR(grown);
+    static_cast<void>(m_block.release());
+    m_block.reset(grown);
+    m_size += missing;
+}
+
+void GCDAsyncSocketPreBuffer::didRead(qsizetype count)
+{
+    m_read += count;
+    if (m_read == m_write)
+        reset();
+}

@@ -1,0 +1,402 @@
+#include "Platform/PropertyList.h"
+
+#include "Platform/AtomicFile.h"
+#include "Platform/BinaryPlist.h"
+#include "Platform/XmlPlistScan.h"
+
+#include <QDateTime>
+#include <QScopeGuard>
+
+#include <plist/plist.h>
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+// Binary lists are read by BinaryPlist and not by the library: that one unfolds shared references (thirty small
+// objects can ask for gigabytes), recurses as deep as the file says, and squeezes dates into 32 bits. XML goes
+// through the library, after a scan that bounds its depth, and from there the same road; everything written is
+// the library's.
+
+namespace
+{
+using Kind = PlistValue::Kind;
+
+struct PlistDeleter {
+    void operator()(void *node) const { plist_free(node); }
+};
+using PlistNode = std::unique_ptr<void, PlistDeleter>;
+
+void explain(QString *reason, QString words)
+{
+    if (reason)
+        *reason = std::move(words);
+}
+
+/// Turns objects into variants while the limits hold.
+class VariantBuilder
+{
+public:
+    explicit VariantBuilder(const BinaryPlist &list) : m_list(list) {}
+
+    bool build(const PlistValue &value, int depth, QVariant &out)
+    {
+        if (++m_values > PropertyList::MaxValues)
+            return refuse(QStringLiteral("too many values"));
+        if (depth > PropertyList::MaxDepth)
+            return refuse(QStringLiteral("nested too deeply"));
+        switch (value.kind) {
+        case Kind::Null:
+            return true;
+        case Kind::Boolean:
+            out = BinaryPlist::boolean(value);
+            return true;
+        case Kind::Integer:
+            return buildInteger(value, out);
+        case Kind::Real:
+            out = *BinaryPlist::real(value);
+            return true;
+        case Kind::Date:
+            return buildDate(value, out);
+        case Kind::Uid:
+            out = QVariant::fromValue(PropertyListUid{*BinaryPlist::uid(value)});
+            return true;
+        case Kind::Data:
+            if (!spend(value.length))
+                return false;
+            out = BinaryPlist::data(value);
+            return true;
+        case Kind::Ascii:
+        case Kind::Utf16:
+            if (!spend(2 * value.length))
+                return false;
+            out = *BinaryPlist::text(value);
+            return true;
+        case Kind::Array:
+            return buildArray(value, depth, out);
+        case Kind::Dictionary:
+            return buildDictionary(value, depth, out);
+        case Kind::Invalid:
+            break;
+        }
+        return refuse(QStringLiteral("damaged object"));
+    }
+
+    [[nodiscard]] QString reason() const { return m_reason; }
+
+private:
+    bool refuse(QString words)
+    {
+        m_reason = std::move(words);
+        return false;
+    }
+
+    bool spend(quint64 bytes)
+    {
+        m_payload += qint64(bytes);
+        return m_payload <= PropertyList::MaxPayloadBytes || refuse(QStringLiteral("too much data"));
+    }
+
+    bool buildInteger(const PlistValue &value, QVariant &out)
+    {
+        if (const auto number = BinaryPlist::integer(value))
+            out = qlonglong(*number);
+        else if (const auto large = BinaryPlist::unsignedInteger(value))
+            out = qulonglong(*large);
+        else
+            return refuse(QStringLiteral("integer of more than 64 bits"));
+        return true;
+    }
+
+    bool buildDate(const PlistValue &value, QVariant &out)
+    {
+        const auto date = dateFromReferenceSeconds(*BinaryPlist::real(value));
+        if (!date)
+            return refuse(QStringLiteral("date out of range"));
+        out = *date;
+        return true;
+    }
+
+    bool buildArray(const PlistValue &array, int depth, QVariant &out)
+    {
+        QVariantList entries;
+        for (quint64 i = 0; i < array.length; ++i) {
+            QVariant entry;
+            if (!build(m_list.element(array, i), depth + 1, entry))
+                return false;
+            entries.append(std::move(entry));
+        }
+        out = std::move(entries);
+        return true;
+    }
+
+    bool buildDictionary(const PlistValue &dictionary, int depth, QVariant &out)
+    {
+        QVariantMap entries;
+        for (quint64 i = 0; i < dictionary.length; ++i) {
+            const auto keyObject = m_list.keyAt(dictionary, i);
+            if (!keyObject.isText())
+                return refuse(QStringLiteral("key that is no text"));
+            if (!spend(2 * keyObject.length))
+                return false;
+            QVariant entry;
+            if (!build(m_list.valueAt(dictionary, i), depth + 1, entry))
+                return false;
+            entries.insert(*BinaryPlist::text(keyObject), std::move(entry));
+        }
+        // XML has no element for a reference; it is written as this dictionary.
+        const auto reference = entries.size() == 1 ? entries.value(QStringLiteral("CF$UID")) : QVariant();
+        if (reference.typeId() == QMetaType::LongLong && reference.toLongLong() >= 0)
+            out = QVariant::fromValue(PropertyListUid{reference.toULongLong()});
+        else
+            out = std::move(entries);
+        return true;
+    }
+
+    const BinaryPlist &m_list;
+    qint64 m_values = 0;
+    qint64 m_payload = 0;
+    QString m_reason;
+};
+
+/// Turns variants into nodes of the library; null, with a reason, where one has no form there.
+class NodeBuilder
+{
+public:
+    explicit NodeBuilder(PropertyList::Format format) : m_format(format) {}
+
+    PlistNode build(const QVariant &value, int depth = 0)
+    {
+        if (depth > PropertyList::MaxDepth)
+            return refuse(QStringLiteral("nested too deeply"));
+        switch (value.typeId()) {
+        case QMetaType::Bool:
+            return PlistNode(plist_new_bool(value.toBool()));
+        case QMetaType::Int:
+        case QMetaType::UInt:
+        case QMetaType::Long:
+        case QMetaType::LongLong:
+            return PlistNode(plist_new_uint(quint64(value.toLongLong()))); // the library reads the sign back
+        case QMetaType::ULong:
+        case QMetaType::ULongLong:
+            return unsignedNode(value.toULongLong());
+        case QMetaType::Double:
+        case QMetaType::Float:
+            return PlistNode(plist_new_real(value.toDouble()));
+        case QMetaType::QString:
+            return textNode(value.toString());
+        case QMetaType::QByteArray: {
+            const auto bytes = value.toByteArray();
+            return PlistNode(plist_new_data(bytes.constData(), quint64(bytes.size())));
+        }
+        case QMetaType::QDateTime:
+            return dateNode(value.toDateTime());
+        case QMetaType::QStringList:
+        case QMetaType::QVariantList:
+            return arrayNode(value.toList(), depth);
+        case QMetaType::QVariantMap:
+            return dictionaryNode(value.toMap(), depth);
+        default:
+            if (value.canConvert<PropertyListUid>())
+                return PlistNode(plist_new_uid(value.value<PropertyListUid>().value));
+            return refuse(QStringLiteral("value of a type that property lists do not have"));
+        }
+    }
+
+    [[nodiscard]] QString reason() const { return m_reason; }
+
+private:
+    PlistNode refuse(QString words)
+    {
+        m_reason = std::move(words);
+        return nullptr;
+    }
+
+    /// The library has no call for an integer above the signed range; it makes one only when it reads one.
+    static PlistNode unsignedNode(quint64 value)
+    {
+        if (value <= quint64(std::numeric_limits<qint64>::max()))
+            return PlistNode(plist_new_uint(value));
+        const auto xml = "<plist><integer>" + QByteArray::number(value) + "</integer></plist>";
+        plist_t node = nullptr;
+        plist_from_xml(xml.constData(), quint32(xml.size()), &node);
+        return PlistNode(node);
+    }
+
+    /// The library takes text up to the first zero, and writes XML that it cannot read for other control
+    /// characters.
+    bool isWritable(const QString &text) const
+    {
+        return std::none_of(text.cbegin(), text.cend(), [this](QChar c) {
+            const auto unit = c.unicode();
+            const bool control = unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r';
+            return unit == 0 || (m_format == PropertyList::Format::Xml && (control || unit >= 0xFFFE));
+        });
+    }
+
+    PlistNode textNode(const QString &text)
+    {
+        if (!isWritable(text))
+            return refuse(QStringLiteral("text with a control character"));
+        return PlistNode(plist_new_string(text.toUtf8().constData()));
+    }
+
+    PlistNode dateNode(const QDateTime &date)
+    {
+        constexpr qint64 ReferenceEpoch = 978307200000; // 2001-01-01 in milliseconds since 1970
+        const qint64 milliseconds = date.toMSecsSinceEpoch() - ReferenceEpoch;
+        qint64 seconds = milliseconds / 1000;
+        if (milliseconds % 1000 < 0)
+            --seconds;
+        if (!date.isValid() || seconds != qint64(qint32(seconds)))
+            return refuse(QStringLiteral("date out of range"));
+        return PlistNode(plist_new_date(qint32(seconds), qint32((milliseconds - seconds * 1000) * 1000)));
+    }
+
+    PlistNode arrayNode(const QVariantList &entries, int depth)
+    {
+        PlistNode array(plist_new_array());
+        for (const auto &entry : entries) {
+            auto node = build(entry, depth + 1);
+            if (!node)
+                return nullptr;
+            plist_array_append_item(array.get(), node.release());
+        }
+        return array;
+    }
+
+    PlistNode dictionaryNode(const QVariantMap &entries, int depth)
+    {
+        PlistNode dictionary(plist_new_dict());
+        for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
+            if (!isWritable(entry.key()))
+                return refuse(QStringLiteral("key with a control character"));
+            auto node = build(entry.value(), depth + 1);
+            if (!node)
+                return nullptr;
+            plist_dict_set_item(dictionary.get(), entry.key().toUtf8().constData(), node.release());
+        }
+        return dictionary;
+    }
+
+    PropertyList::Format m_format;
+    QString m_reason;
+};
+
+using PlistWriter = void (*)(plist_t, char **, quint32 *);
+
+std::optional<QByteArray> bytesOf(plist_t node, PlistWriter writer)
+{
+    char *buffer = nullptr;
+    quint32 length = 0;
+    writer(node, &buffer, &length);
+    const auto release = qScopeGuard([buffer] { plist_to_bin_free(buffer); });
+    return buffer ? std::optional(QByteArray(buffer, qsizetype(length))) : std::nullopt;
+}
+} // namespace
+
+std::optional<QByteArray> PropertyList::binaryFromXml(const QByteArray &bytes, QString *reason)
+{
+    // Editors put a byte order mark in front, which the library takes for damage.
+    const auto xml = bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
+    if (xml.size() > MaxBytes) {
+        explain(reason, QStringLiteral("too large"));
+        return std::nullopt;
+    }
+    if (!xmlPlistIsWellNested(xml, {.depth = MaxDepth, .elements = 2 * MaxValues})) {
+        explain(reason, QStringLiteral("no property list"));
+        return std::nullopt;
+    }
+    plist_t root = nullptr;
+    plist_from_xml(xml.constData(), quint32(xml.size()), &root);
+    if (!root) {
+        explain(reason, QStringLiteral("damaged XML"));
+        return std::nullopt;
+    }
+    return bytesOf(PlistNode(root).get(), &plist_to_bin);
+}
+
+std::optional<QVariant> PropertyList::parse(const QByteArray &bytes, QString *reason)
+{
+    if (bytes.size() > MaxBytes) {
+        explain(reason, QStringLiteral("too large"));
+        return std::nullopt;
+    }
+    const auto form = BinaryPlist::hasMagic(bytes) ? std::optional(bytes) : binaryFromXml(bytes, reason);
+    if (!form)
+        return std::nullopt;
+    const auto list = BinaryPlist::open(*form);
+    if (!list) {
+        explain(reason, QStringLiteral("damaged trailer"));
+        return std::nullopt;
+    }
+    VariantBuilder builder(*list);
+    QVariant value;
+    if (builder.build(list->root(), 0, value))
+        return value;
+    explain(reason, builder.reason());
+    return std::nullopt;
+}
+
+std::optional<QVariant> PropertyList::read(const QString &path, QString *reason)
+{
+    const auto bytes = AtomicFile::read(path, MaxBytes);
+    if (bytes)
+        return parse(*bytes, reason);
+    explain(reason, QStringLiteral("cannot be read"));
+    return std::nullopt;
+}
+
+std::optional<QVariantMap> PropertyList::readDictionary(const QString &path, QString *reason)
+{
+    const auto list = read(path, reason);
+    if (!list)
+        return std::nullopt;
+    if (list->typeId() == QMetaType::QVariantMap)
+        return list->toMap();
+    explain(reason, QStringLiteral("no dictionary"));
+    return std::nullopt;
+}
+
+std::optional<QByteArray> PropertyList::serialize(const QVariant &list, Format format, QString *reason)
+{
+    NodeBuilder builder(format);
+    const auto root = builder.build(list);
+    if (!root) {
+        explain(reason, builder.reason());
+        return std::nullopt;
+    }
+    auto bytes = bytesOf(root.get(), format == Format::Binary ? &plist_to_bin : &plist_to_xml);
+    if (!bytes)
+        explain(reason, QStringLiteral("the library made nothing of it"));
+    return bytes;
+}
+
+bool PropertyList::write(const QString &path, const QVariant &list, Format format, QString *reason)
+{
+    const auto bytes = serialize(list, format, reason);
+    if (!bytes)
+        return false;
+    if (AtomicFile::write(path, *bytes))
+        return true;
+    explain(reason, QStringLiteral("cannot be written"));
+    return false;
+}
+
+std::optional<QString> PropertyList::textValue(const QVariantMap &dictionary, const QString &key)
+{
+    const auto value = dictionary.value(key);
+    return value.typeId() == QMetaType::QString ? std::optional(value.toString()) : std::nullopt;
+}
+
+std::optional<qint64> PropertyList::intValue(const QVariantMap &dictionary, const QString &key)
+{
+    const auto value = dictionary.value(key);
+    return value.typeId() == QMetaType::LongLong ? std::optional(value.toLongLong()) : std::nullopt;
+}
+
+std::optional<bool> PropertyList::boolValue(const QVariantMap &dictionary, const QString &key)
+{
+    const auto value = dictionary.value(key);
+    return value.typeId() == QMetaType::Bool ? std::optional(value.toBool()) : std::nullopt;
+}

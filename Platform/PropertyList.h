@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+/// A reference into the objects of a keyed archive, the one property list type that Qt has no value for.
+struct PropertyListUid {
+    quint64 value = 0;
+    friend bool operator==(PropertyListUid a, PropertyListUid b) { return a.value == b.value; }
+};
+Q_DECLARE_METATYPE(PropertyListUid)
+
+/// Property lists, XML and binary. Types stay apart in both directions: bool, qlonglong (quint64 above its
+/// range), double, QString, QByteArray, QDateTime in UTC, PropertyListUid, QVariantList, QVariantMap.
+namespace PropertyList
+{
+enum class Format { Xml, Binary };
+
+inline constexpr qint64 MaxBytes = 64 * 1024 * 1024;
+inline constexpr int MaxDepth = 128;
+/// Of the finished tree: entries that many places of a binary file share are counted at each of them.
+inline constexpr qint64 MaxValues = 2'000'000;
+inline constexpr qint64 MaxPayloadBytes = 2 * MaxBytes;
+
+/// The list in `bytes`, whose form is told by their beginning. None when it is damaged or passes a limit;
+/// `reason` then receives a few English words for a trace. Null objects inside a list become invalid variants.
+[[nodiscard]] std::optional<QVariant> parse(const QByteArray &bytes, QString *reason = nullptr);
+
+/// As parse(), from a file.
+[[nodiscard]] std::optional<QVariant> read(const QString &path, QString *reason = nullptr);
+
+/// The dictionary in a file; none when it cannot be read or its root is something else.
+[[nodiscard]] std::optional<QVariantMap> readDictionary(const QString &path, QString *reason = nullptr);
+
+/// The list as bytes. None when a value has no form in a property list (an invalid variant, another type, text
+/// with control characters, a date outside 1933 to 2068) or a binary root is no collection. XML drops fractions
+/// of a second.
+[[nodiscard]] std::optional<QByteArray> serialize(const QVariant &list, Format format,
+                                                  QString *reason = nullptr);
+
+/// Replaces the file at `path` whole or not at all; false leaves the old one as it was.
+[[nodiscard]] bool write(const QString &path, const QVariant &list, Format format = Format::Xml,
+                         QString *reason = nullptr);
+
+/// The binary form of an XML list; none when it is damaged or passes a limit.
+[[nodiscard]] std::optional<QByteArray> binaryFromXml(const QByteArray &bytes, QString *reason = nullptr);
+
+/// @name Entries of a dictionary by type. A value of another type counts as missing: a boolean is no integer.
+/// @{
+[[nodiscard]] std::optional<QString> textValue(const QVariantMap &dictionary, const QString &key);
+[[nodiscard]] std::optional<qint64> intValue(const QVariantMap &dictionary, const QString &key);
+[[nodiscard]] std::optional<bool> boolValue(const QVariantMap &dictionary, const QString &key);
+/// @}
+} // namespace PropertyList

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QByteArray>
+
+struct XmlPlistLimits {
+    int depth = 0;
+    qint64 elements = 0;
+};
+
+/// Whether the arrays and dictionaries of an XML property list open and close in step, no deeper and no more
+/// numerous than `limits`. Text, comments and CDATA are passed over. A parser that recurses can then be trusted
+/// with the bytes.
+[[nodiscard]] bool xmlPlistIsWellNested(QByteArrayView xml, XmlPlistLimits limits);

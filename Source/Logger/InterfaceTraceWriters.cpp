@@ -1,0 +1,53 @@
+#include "Source/Logger/InterfaceTraceWriters.h"
+
+#include "Platform/Home.h"
+#include "Source/Logger/TraceFile.h"
+#include "Source/Logger/TraceLine.h"
+#include "Utility/Paths/PathTable.h"
+
+void InterfaceTraceBuffer::writeOut(bool flush)
+{
+    const QString path = standardizedPath(pathValue(QLatin1String("AppInterfaceTraceFilePath")));
+    if (flush || m_messages.size() >= LargestBuffer) {
+        TraceFile::write(path, m_messages);
+        m_messages.clear();
+    }
+    TraceFile::clearLogs(path);
+}
+
+CVTraceFileLogger::CVTraceFileLogger() : InterfaceTraceBuffer("AppInterfaceTrace") {}
+
+CVTraceFileLogger &CVTraceFileLogger::shared()
+{
+    static auto &logger = *new CVTraceFileLogger; // threads may trace until the very end of the process
+    return logger;
+}
+
+void CVTraceFileLogger::logAppInterfaceTrace(const QString &message, bool flush)
+{
+    onQueue([&] {
+        if (message.isEmpty())
+            return;
+        append(TraceLine::timestamp() + QStringLiteral(" : ") + message + QStringLiteral(" \n"));
+        writeOut(flush);
+    });
+}
+
+QNBackupProgressLogger::QNBackupProgressLogger() : InterfaceTraceBuffer("com.example.interactiveTrace") {}
+
+QNBackupProgressLogger &QNBackupProgressLogger::progressLogger()
+{
+    static auto &logger = *new QNBackupProgressLogger;
+    return logger;
+}
+
+void QNBackupProgressLogger::logAppInterfaceTrace(const QString &message, bool flush)
+{
+    onQueue([&] {
+        if (!message.isEmpty()) {
+            const QString line = TraceLine::timestamp() + QStringLiteral(" : ") + message + u'\n';
+            append(TraceLine::namingThisProduct(line));
+        }
+        writeOut(flush);
+    });
+}

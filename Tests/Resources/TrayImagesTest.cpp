@@ -1,0 +1,133 @@
+// The images as the panel gets them: drawn, crisp, right for the panel's shade and told apart at their real
+// size.
+
+#include <QImage>
+#include <QPainter>
+#include <QSvgRenderer>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace
+{
+const char *const states[] = {"menu_app",     "menu_pause",   "menu_upgrade", "sync_menubw1",
+                              "sync_menubw2", "sync_menubw3", "sync_menubw4", "sync_menubw5"};
+const char *const coloured = "menu_pause_color";
+const QSize itemSize(20, 16);
+
+/// The image on a transparent ground; a null image where it can't be read.
+QImage drawn(const QString &name, QSize size)
+{
+    QSvgRenderer renderer(QStringLiteral(CORVANE_RESOURCES "/images/%1.svg").arg(name));
+    if (!renderer.isValid())
+        return {};
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
+    return image;
+}
+
+/// Ink of the image in whole pixels of full strength.
+double inkedPixels(const QImage &image)
+{
+    double sum = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            sum += qAlpha(image.pixel(x, y));
+    return sum / 255;
+}
+
+/// How many whole pixels of full strength are ink in one image and panel in the other.
+double silhouetteDifference(const QImage &one, const QImage &other)
+{
+    double sum = 0;
+    for (int y = 0; y < one.height(); ++y)
+        for (int x = 0; x < one.width(); ++x)
+            sum += std::abs(qAlpha(one.pixel(x, y)) - qAlpha(other.pixel(x, y)));
+    return sum / 255;
+}
+} // namespace
+
+TEST(TrayImages, FillTheirPlaceAtEveryScale)
+{
+    for (const char *suffix : {"", "_alt"}) {
+        for (const char *state : states) {
+            SCOPED_TRACE(testing::Message() << state << suffix);
+            const QString name = QString::fromUtf8(state) + QString::fromUtf8(suffix);
+            for (int scale = 1; scale <= 3; ++scale) {
+                const QImage image = drawn(name, itemSize * scale);
+                ASSERT_FALSE(image.isNull());
+                const double share = inkedPixels(image) / (image.width() * image.height());
+                EXPECT_GT(share, 0.25);
+                EXPECT_LT(share, 0.70);
+            }
+        }
+    }
+    EXPECT_GT(inkedPixels(drawn(QStringLiteral("corvane"), QSize(64, 64))), 3000);
+}
+
+TEST(TrayImages, StatesDifferInSilhouetteAtTheirRealSize)
+{
+    // Out of 320 pixels. Neighbouring sync frames are one step of a turn apart, so less than two states are.
+    constexpr double betweenStates = 40;
+    constexpr double betweenFrames = 30;
+    for (size_t one = 0; one < std::size(states); ++one) {
+        for (size_t other = one + 1; other < std::size(states); ++other) {
+            SCOPED_TRACE(testing::Message() << states[one] << " and " << states[other]);
+            const double difference = silhouetteDifference(drawn(QString::fromUtf8(states[one]), itemSize),
+                                                           drawn(QString::fromUtf8(states[other]), itemSize));
+            const bool bothFrames = one >= 3;
+            EXPECT_GT(difference, bothFrames ? betweenFrames : betweenStates);
+        }
+    }
+}
+
+TEST(TrayImages, AreDarkOnALightPanelAndLightOnADarkOne)
+{
+    for (const char *state : states) {
+        SCOPED_TRACE(state);
+        const QString name = QString::fromUtf8(state);
+        const QImage dark = drawn(name, itemSize);
+        const QImage light = drawn(name + QStringLiteral("_alt"), itemSize);
+        EXPECT_LT(silhouetteDifference(dark, light), 0.01);
+        for (int y = 0; y < dark.height(); ++y) {
+            for (int x = 0; x < dark.width(); ++x) {
+                if (qAlpha(dark.pixel(x, y)) < 255)
+                    continue;
+                EXPECT_LT(qGray(dark.pixel(x, y)), 64);
+                EXPECT_GT(qGray(light.pixel(x, y)), 224);
+            }
+        }
+    }
+}
+
+TEST(TrayImages, BadgesStandOnWholePixels)
+{
+    const struct {
+        const char *name;
+        int x, y, alpha;
+    } rows[] = {
+        {"left bar, first corner", 12, 8, 255},  {"left bar, last corner", 14, 15, 255},
+        {"gap between the bars", 15, 12, 0},     {"right bar, first corner", 17, 8, 255},
+        {"right bar, last corner", 19, 15, 255}, {"gap beside the raven", 11, 12, 0},
+        {"the raven's chest", 9, 12, 255},
+    };
+    for (const char *state : {"menu_pause", coloured}) {
+        const QImage image = drawn(QString::fromUtf8(state), itemSize);
+        ASSERT_FALSE(image.isNull());
+        for (const auto &row : rows) {
+            SCOPED_TRACE(testing::Message() << state << ", " << row.name);
+            EXPECT_EQ(qAlpha(image.pixel(row.x, row.y)), row.alpha);
+        }
+    }
+}
+
+TEST(TrayImages, ColouredPauseIsTheSameImageWithAmberBars)
+{
+    const QImage plain = drawn(QStringLiteral("menu_pause"), itemSize);
+    const QImage amber = drawn(QString::fromUtf8(coloured), itemSize);
+    EXPECT_LT(silhouetteDifference(plain, amber), 0.01);
+    EXPECT_EQ(QColor(amber.pixel(13, 12)).name(), QStringLiteral("#d9822b"));
+    EXPECT_EQ(amber.pixel(8, 12), plain.pixel(8, 12));
+}

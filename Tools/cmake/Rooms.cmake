@@ -1,0 +1,45 @@
+# What every target of the tree is built with, and how a room, a test and a benchmark are declared.
+
+add_library(corvane_options INTERFACE)
+# Designated initialisers name what matters and leave the rest to its default, which -Wextra takes for a slip.
+target_compile_options(corvane_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wno-missing-field-initializers)
+target_compile_definitions(corvane_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS QT_STRICT_ITERATORS)
+if(CORVANE_WERROR)
+    target_compile_options(corvane_options INTERFACE -Werror)
+endif()
+if(CORVANE_SANITIZE)
+    target_compile_options(corvane_options INTERFACE -fsanitize=${CORVANE_SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(corvane_options INTERFACE -fsanitize=${CORVANE_SANITIZE})
+endif()
+
+# corvane_room(name SOURCES ... LINKS ...): a static library; includes are written from the root of the tree.
+function(corvane_room name)
+    cmake_parse_arguments(ROOM "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} STATIC ${ROOM_SOURCES})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(${name} PUBLIC ${ROOM_LINKS} PRIVATE corvane_options)
+endfunction()
+
+# corvane_test(name LABEL unit|window|world SOURCES ... LINKS ...): one GoogleTest program, one CTest entry.
+function(corvane_test name)
+    cmake_parse_arguments(UNIT "" "LABEL;TIMEOUT" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${UNIT_SOURCES})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    target_link_libraries(${name} PRIVATE ${UNIT_LINKS} test_main GTest::gmock corvane_options)
+    add_test(NAME ${name} COMMAND ${name})
+    if(NOT UNIT_TIMEOUT)
+        set(UNIT_TIMEOUT 120)
+    endif()
+    set_tests_properties(${name} PROPERTIES LABELS ${UNIT_LABEL} TIMEOUT ${UNIT_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()
+
+# corvane_benchmark(name SOURCES ... LINKS ...): one program in build/<preset>/bench.
+function(corvane_benchmark name)
+    cmake_parse_arguments(BENCH "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${BENCH_SOURCES})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
+    target_link_libraries(${name} PRIVATE ${BENCH_LINKS} corvane_options)
+endfunction()

@@ -1,0 +1,149 @@
+#include "Utility/Language/LanguageManager.h"
+
+#include "Platform/PropertyList.h"
+#include "Utility/Language/LocalizedBundle.h"
+#include "Utility/QNUtility.h"
+
+namespace
+{
+/// The first element of a language list, none unless it is a list that begins with a text.
+std::optional<QString> firstLanguage(const QVariant &value)
+{
+    const QVariantList list = value.toList();
+    const bool usable = !list.isEmpty() && list.first().metaType() == QMetaType::fromType<QString>();
+    return usable ? std::optional(list.first().toString()) : std::nullopt;
+}
+} // namespace
+
+QString initialLanguage(const std::optional<QVariantMap> &stored, const QString &systemLanguageCode)
+{
+    const auto supportedOrEnglish = [](const QString &language) {
+        return AppLanguage::byID(language) ? language : QStringLiteral("en");
+    };
+    const QVariantMap dictionary = stored.value_or(QVariantMap());
+    const bool hasLanguages = dictionary.contains(QStringLiteral("AppleLanguages"));
+    if (!hasLanguages && !dictionary.contains(QStringLiteral("logsFrom")))
+        return supportedOrEnglish(systemLanguageCode);
+    // An installation that ran before languages could be chosen spoke English.
+    return supportedOrEnglish(firstLanguage(dictionary.value(QStringLiteral("AppleLanguages"))).value_or(QString()));
+}
+
+LanguageManager::LanguageManager(const Bundle &bundle, UserDefaults &defaults)
+    : m_bundle(bundle), m_defaults(defaults), m_synchronizationQueue("LanguageManager.SyncQueue")
+{
+}
+
+LanguageManager &LanguageManager::shared()
+{
+    static auto &defaults = *new UserDefaults(QNUtility::preferencesPlistPath());
+    static auto &manager = *new LanguageManager(Bundle::main(), defaults);
+    return manager;
+}
+
+QString LanguageManager::currentLanguage() const
+{
+    QString language;
+    m_synchronizationQueue.sync(
+        [&] { language = firstLanguage(m_defaults.value(languageKey)).value_or(fallbackLanguage); });
+    return language;
+}
+
+void LanguageManager::store(const QString &language)
+{
+    m_defaults.setValue(languageKey, QVariantList{language});
+    m_defaults.synchronize();
+}
+
+void LanguageManager::setCurrentLanguage(const QString &language)
+{
+    m_synchronizationQueue.sync([&] { store(language.toLower()); });
+}
+
+void LanguageManager::updateLanguage(const QString &language)
+{
+    if (supportedLanguages.contains(language.toLower()))
+        setCurrentLanguage(language);
+}
+
+std::optional<SupportedLanguage> LanguageManager::supportedLanguage() const
+{
+    switch (supportedLanguages.indexOf(currentLanguage())) {
+    case 0:
+        return SupportedLanguage::en;
+    case 1:
+        return SupportedLanguage::es;
+    case 2:
+        return SupportedLanguage::ja;
+    default:
+        return std::nullopt;
+    }
+}
+
+QString LanguageManager::getPersistedAppLanguage() const
+{
+    const QVariantMap stored = PropertyList::readDictionary(m_defaults.path()).value_or(QVariantMap());
+    const QString language = firstLanguage(stored.value(languageKey)).value_or(QString());
+    return supportedLanguages.contains(language) ? language : fallbackLanguage;
+}
+
+void LanguageManager::loadCurrentLanguage()
+{
+    const QString persisted = getPersistedAppLanguage();
+    if (persisted != currentLanguage())
+        setCurrentLanguage(persisted);
+}
+
+void LanguageManager::setInitialAppLanguage(const QString &systemLanguageCode)
+{
+    const QString language = initialLanguage(PropertyList::readDictionary(m_defaults.path()), systemLanguageCode);
+    m_synchronizationQueue.sync([&] { store(language); });
+    LocalizedBundle::main().forceLanguage(language);
+}
+
+std::optional<StringTable> LanguageManager::table(const QString &language, const QString &name) const
+{
+    std::optional<StringTable> found;
+    m_synchronizationQueue.sync([&] {
+        const QString place = language + u'/' + name;
+        const auto known = m_tables.constFind(place);
+        if (known == m_tables.cend()) {
+            const auto folder = m_bundle.localizationFolder(language);
+            found = folder ? StringTable::open(*folder, name) : std::nullopt;
+            m_tables.insert(place, found);
+        } else {
+            found = *known;
+        }
+    });
+    return found;
+}
+
+QString LanguageManager::localizedString(const QString &key) const
+{
+    const QString language = currentLanguage();
+    if (language != fallbackLanguage) {
+        const auto strings = table(language, QStringLiteral("Localizable"));
+        const auto text = strings ? strings->text(key) : std::nullopt;
+        if (text && *text != key)
+            return *text;
+    }
+    return LocalizedBundle::main().localizedString(key);
+}
+
+QString LanguageManager::localized(const QString &key, const QString &languageCode, const QString &tableName) const
+{
+    const auto strings = table(languageCode, tableName);
+    return strings ? strings->text(key).value_or(key) : key;
+}
+
+QString localized(const QString &key) { return LanguageManager::shared().localizedString(key); }
+
+std::optional<QString> languageOfSentence(const QString &text, const QString &key)
+{
+    if (text.isEmpty() || key.isEmpty())
+        return std::nullopt;
+    for (const AppLanguage &language : AppLanguage::supported()) {
+        if (text.contains(LanguageManager::shared().localized(key, language.id, QStringLiteral("Localizable"))))
+            return language.id;
+    }
+    return std::nullopt;
+}

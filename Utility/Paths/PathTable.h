@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+/// The account's engine as the path table sees it: a deduplicating account has an executable of its own.
+enum class EUserType : quint8 { Other = 0, Dedup = 2 };
+
+namespace QNUtility
+{
+/// The type of the signed-in account; Dedup until an opening of the menu or a sign-in says otherwise.
+extern std::atomic<EUserType> userType;
+} // namespace QNUtility
+
+/// The table of all locations, names and notification names: one flat list of keys and texts, loaded at first
+/// use and kept. A load that fails is tried again at the next look-up. Safe from any thread.
+class PathTable
+{
+public:
+    using Entries = QHash<QString, QString>;
+    using Loader = std::function<std::optional<Entries>()>;
+
+    explicit PathTable(Loader load);
+
+    /// The value of `key`, or the key itself where the table has no text for it: such a path exists nowhere, so
+    /// the caller's own test of the file takes over. For ExecuterPathTQL of a deduplicating account the value of
+    /// ExecuterPathDedupTQL.
+    [[nodiscard]] QString value(const QString &key, EUserType userType) const;
+
+private:
+    [[nodiscard]] std::shared_ptr<const Entries> entries() const;
+
+    Loader m_load;
+    mutable std::mutex m_loading;
+    mutable std::shared_ptr<const Entries> m_entries; // set once, under the lock
+    mutable std::atomic<bool> m_loaded = false;
+};
+
+/// Looks a key up in the program's own table (`Localizable.plist` of the bundle). None only for no key.
+[[nodiscard]] std::optional<QString> qnLocalizedString(const std::optional<QString> &key);
+
+/// As above for a key that is given as a literal.
+[[nodiscard]] QString pathValue(QLatin1String key);
+
+/// As pathValue(), with the placeholders filled in and the result standardised as a path.
+[[nodiscard]] QString pathValue(QLatin1String key, const QStringList &arguments);

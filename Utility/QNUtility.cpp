@@ -1,0 +1,120 @@
+#include "Utility/QNUtility.h"
+
+#include "Platform/Bundle.h"
+#include "Platform/Home.h"
+#include "Platform/ProcessList.h"
+#include "Platform/PropertyList.h"
+#include "Source/Logger/QNLogger.h"
+#include "Utility/Language/LanguageManager.h"
+#include "Utility/UserRecords.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSysInfo>
+
+#include <mutex>
+
+namespace
+{
+std::mutex displayLanguageLock;
+QString displayLanguage;
+
+QString preferencesFolder()
+{
+    const auto user = consoleUser();
+    const QString home = user ? homeDirectoryForUser(*user) : QString();
+    return (home.isEmpty() ? homeDirectory() : home) + QStringLiteral("/Library/Preferences");
+}
+} // namespace
+
+QString QNUtility::preferencesPlistPath() { return preferencesPlistPath(Bundle::main().identifier(), preferencesFolder()); }
+
+QString QNUtility::preferencesPlistPath(const std::optional<QString> &bundleIdentifier, const QString &folder)
+{
+    QString name = bundleIdentifier.value_or(QString());
+    const QString word = QStringLiteral("Monitor");
+    if (const qsizetype at = name.indexOf(word); at >= 0)
+        name.remove(at, word.size());
+    name += QStringLiteral(".plist");
+    if (QFileInfo::exists(folder + u'/' + name))
+        return folder + u'/' + name;
+    const QStringList entries = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    for (const QString &entry : entries) {
+        if (entry.compare(name, Qt::CaseInsensitive) == 0)
+            return folder + u'/' + entry;
+    }
+    return folder + QStringLiteral("/com.halvernet.Corvane.plist");
+}
+
+QString QNUtility::globalPreferencesPath() { return preferencesFolder() + QStringLiteral("/.GlobalPreferences.plist"); }
+
+std::optional<QVariantMap> QNUtility::isAnyUserDeletedForProfile(const QString &loginName)
+{
+    const QString path = pathValue(QLatin1String("RemoteManageInfoPath"), {homeDirectoryForUser(loginName)});
+    if (!QFileInfo::exists(path))
+        return std::nullopt;
+    auto record = PropertyList::readDictionary(path);
+    if (!record)
+        QNLogger::logMonitorTrace(QStringLiteral("isAnyUserDeletedForProfile(for:) Unable to read plist data."));
+    return record;
+}
+
+bool QNUtility::isCurrentPlanPartner()
+{
+    const auto record = UserRecords::getActiveUserDetails();
+    return record && PropertyList::textValue(*record, QStringLiteral("Plan")) == QStringLiteral("partner");
+}
+
+std::optional<QString> QNUtility::machineID()
+{
+    const auto machine = PropertyList::readDictionary(pathValue(QLatin1String("RootMachineInfoPath"), {}));
+    if (const auto id = machine ? PropertyList::textValue(*machine, QStringLiteral("machineId")) : std::nullopt)
+        return id;
+    const QByteArray system = QSysInfo::machineUniqueId();
+    return system.isEmpty() ? std::nullopt : std::optional(QString::fromLatin1(system));
+}
+
+QString QNUtility::getTQLSrvPort()
+{
+    const QString user = UserRecords::getLastLoggedInUser().value_or(QString());
+    const auto details = PropertyList::readDictionary(pathValue(QLatin1String("UserDetailsPath"), {user}));
+    const auto port = details ? PropertyList::textValue(*details, QStringLiteral("tqlsrvrport")) : std::nullopt;
+    return port.value_or(QStringLiteral("443"));
+}
+
+bool QNUtility::isThinClient()
+{
+    const auto facts = PropertyList::readDictionary(pathValue(QLatin1String("ThinClientFilePath"), {}));
+    return facts && PropertyList::boolValue(*facts, QStringLiteral("IsThinClient")).value_or(false);
+}
+
+QString QNUtility::getUserAgent()
+{
+    const auto version = Bundle::main().version();
+    return version ? QStringLiteral("Corvane Mac:") + *version : QStringLiteral("Corvane Mac");
+}
+
+QString QNUtility::macOSVersion() { return QSysInfo::prettyProductName(); }
+
+QStringList QNUtility::getBSDProcessList() { return runningExecutables(); }
+
+bool QNUtility::isDirectory(const QString &path) { return QFileInfo(path).isDir(); }
+
+bool QNUtility::removeFile(const QString &path) { return QFile::remove(path); }
+
+bool QNUtility::isLocalisedString(const std::optional<QString> &text, const std::optional<QString> &key)
+{
+    const auto language = languageOfSentence(text.value_or(QString()), key.value_or(QString()));
+    if (!language)
+        return false;
+    const std::lock_guard guard(displayLanguageLock);
+    displayLanguage = *language;
+    return true;
+}
+
+QString QNUtility::viewLogDisplayLanguage()
+{
+    const std::lock_guard guard(displayLanguageLock);
+    return displayLanguage;
+}

@@ -1,0 +1,129 @@
+#include "Utility/UserRecords.h"
+
+#include "Platform/AtomicFile.h"
+#include "Platform/PropertyList.h"
+#include "Utility/Paths/PathTable.h"
+#include "Utility/QNUtility.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <functional>
+
+namespace
+{
+QVariantMap dictionaryAt(QLatin1String key, const QStringList &arguments)
+{
+    return PropertyList::readDictionary(pathValue(key, arguments)).value_or(QVariantMap());
+}
+
+std::optional<QString> textAt(QLatin1String key, const QString &user)
+{
+    return AtomicFile::readText(pathValue(key, {user}));
+}
+
+bool markerExists(QLatin1String key, const std::optional<QString> &user)
+{
+    return user && QFileInfo::exists(pathValue(key, {*user}));
+}
+
+bool anyJob(const QString &user, const std::function<bool(const QVariantMap &job)> &runs)
+{
+    const QVariantList jobs = dictionaryAt(QLatin1String("CurrentJobs"), {}).value(user).toList();
+    return std::ranges::any_of(jobs, [&](const QVariant &job) { return runs(job.toMap()); });
+}
+
+std::optional<double> number(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+        return value.toDouble();
+    default:
+        return std::nullopt;
+    }
+}
+} // namespace
+
+std::optional<QString> UserRecords::getLastLoggedInUser()
+{
+    const auto record = getActiveUserDetails();
+    return record ? PropertyList::textValue(*record, QStringLiteral("Username")) : std::nullopt;
+}
+
+std::optional<QVariantMap> UserRecords::getActiveUserDetails()
+{
+    return PropertyList::readDictionary(pathValue(QLatin1String("LastUserLoginDetailsFilePath"), {}));
+}
+
+bool UserRecords::isDisconnectedUser(const std::optional<QString> &user)
+{
+    return markerExists(QLatin1String("UserDisconnectedInfoPath"), user);
+}
+
+bool UserRecords::isTQLUser(const std::optional<QString> &user)
+{
+    return markerExists(QLatin1String("TqlUserDetails"), user);
+}
+
+UserRecords::AccountKind UserRecords::accountKind(const QString &plan, const QString &accountType, bool isPartner,
+                                                  const QString &planType)
+{
+    AccountKind kind;
+    if (plan == u"Business" || accountType == u"true" || plan == u"PAID" || isPartner)
+        kind.isBusiness = true;
+    else if (plan == u"Personal")
+        kind.isPersonal = true;
+    kind.isUnlimited = planType == u"Unlimited";
+    return kind;
+}
+
+UserRecords::AccountKind UserRecords::getPlan(const QString &user)
+{
+    const QVariantMap info = dictionaryAt(QLatin1String("UserInfoPath"), {user});
+    return accountKind(textAt(QLatin1String("AccountPlanFilePath"), user).value_or(QString()),
+                       accountType(user).value_or(QString()), QNUtility::isCurrentPlanPartner(),
+                       PropertyList::textValue(info, QStringLiteral("plan_type")).value_or(QString()));
+}
+
+std::optional<QString> UserRecords::accountType(const QString &user)
+{
+    return textAt(QLatin1String("AccountTypeFilePath"), user);
+}
+
+bool UserRecords::isAnyOperationRunning(const QString &user)
+{
+    return anyJob(user, [](const QVariantMap &job) {
+        const auto startType = PropertyList::intValue(job, QStringLiteral("operationStartType"));
+        return startType == 0 || startType == 1 || startType == 3;
+    });
+}
+
+bool UserRecords::isAnyInteractiveBackupOperationRunning(const QString &user)
+{
+    return anyJob(user, [](const QVariantMap &job) {
+        const auto type = PropertyList::intValue(job, QStringLiteral("operationType"));
+        return PropertyList::intValue(job, QStringLiteral("operationStartType")) == 0 && (type == 0 || type == 1);
+    });
+}
+
+QVariantMap UserRecords::getQuotaDetails(const QString &user)
+{
+    return repairedQuotaDetails(dictionaryAt(QLatin1String("UserDetailsPath"), {user}));
+}
+
+QVariantMap UserRecords::repairedQuotaDetails(QVariantMap details)
+{
+    const QString total = QStringLiteral("TOTALQUOTASIZE");
+    const QString used = QStringLiteral("USEDQUOTASIZE");
+    const auto isText = [&](const QString &key) {
+        return details.value(key).metaType() == QMetaType::fromType<QString>();
+    };
+    if (!isText(total))
+        details.insert(total, number(details.value(total)).value_or(0.0));
+    if (!isText(used))
+        details.insert(used, std::max(0.0, number(details.value(used)).value_or(0.0)));
+    return details;
+}
