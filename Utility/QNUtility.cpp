@@ -28,7 +28,10 @@ QString preferencesFolder()
 }
 } // namespace
 
-QString QNUtility::preferencesPlistPath() { return preferencesPlistPath(Bundle::main().identifier(), preferencesFolder()); }
+QString QNUtility::preferencesPlistPath()
+{
+    return preferencesPlistPath(Bundle::main().identifier(), preferencesFolder());
+}
 
 QString QNUtility::preferencesPlistPath(const std::optional<QString> &bundleIdentifier, const QString &folder)
 {
@@ -47,7 +50,10 @@ QString QNUtility::preferencesPlistPath(const std::optional<QString> &bundleIden
     return folder + QStringLiteral("/com.halvernet.Corvane.plist");
 }
 
-QString QNUtility::globalPreferencesPath() { return preferencesFolder() + QStringLiteral("/.GlobalPreferences.plist"); }
+QString QNUtility::globalPreferencesPath()
+{
+    return preferencesFolder() + QStringLiteral("/.GlobalPreferences.plist");
+}
 
 std::optional<QVariantMap> QNUtility::isAnyUserDeletedForProfile(const QString &loginName)
 {
@@ -56,7 +62,8 @@ std::optional<QVariantMap> QNUtility::isAnyUserDeletedForProfile(const QString &
         return std::nullopt;
     auto record = PropertyList::readDictionary(path);
     if (!record)
-        QNLogger::logMonitorTrace(QStringLiteral("isAnyUserDeletedForProfile(for:) Unable to read plist data."));
+        QNLogger::logMonitorTrace(
+            QStringLiteral("isAnyUserDeletedForProfile(for:) Unable to read plist data."));
     return record;
 }
 
@@ -95,13 +102,25 @@ QString QNUtility::getUserAgent()
     return version ? QStringLiteral("Corvane Mac:") + *version : QStringLiteral("Corvane Mac");
 }
 
-QString QNUtility::macOSVersion() { return QSysInfo::prettyProductName(); }
+QString QNUtility::macOSVersion()
+{
+    return QSysInfo::prettyProductName();
+}
 
-QStringList QNUtility::getBSDProcessList() { return runningExecutables(); }
+QStringList QNUtility::getBSDProcessList()
+{
+    return runningExecutables();
+}
 
-bool QNUtility::isDirectory(const QString &path) { return QFileInfo(path).isDir(); }
+bool QNUtility::isDirectory(const QString &path)
+{
+    return QFileInfo(path).isDir();
+}
 
-bool QNUtility::removeFile(const QString &path) { return QFile::remove(path); }
+bool QNUtility::removeFile(const QString &path)
+{
+    return QFile::remove(path);
+}
 
 bool QNUtility::isLocalisedString(const std::optional<QString> &text, const std::optional<QString> &key)
 {

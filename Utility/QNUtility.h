@@ -8,15 +8,16 @@
 
 #include <optional>
 
-/// Helpers over the machine, the processes and the product's records. Files are read anew at each call; what cannot
-/// be read counts as absent, and the empty answer of each helper is told beside it.
+/// Helpers over the machine, the processes and the product's records. Files are read anew at each call; what
+/// cannot be read counts as absent, and the empty answer of each helper is told beside it.
 namespace QNUtility
 {
 /// The preferences file that the product's programs share, in the home's Library/Preferences.
 [[nodiscard]] QString preferencesPlistPath();
-/// The same for a given bundle identifier and folder: the word "Monitor" leaves the identifier; a file of that name
-/// in any case is taken as it is spelled; without one, the product's fixed name.
-[[nodiscard]] QString preferencesPlistPath(const std::optional<QString> &bundleIdentifier, const QString &folder);
+/// The same for a given bundle identifier and folder: the word "Monitor" leaves the identifier; a file of that
+/// name in any case is taken as it is spelled; without one, the product's fixed name.
+[[nodiscard]] QString preferencesPlistPath(const std::optional<QString> &bundleIdentifier,
+                                           const QString &folder);
 /// The file of the settings that hold for all programs, beside it.
 [[nodiscard]] QString globalPreferencesPath();
 

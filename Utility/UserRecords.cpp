@@ -68,8 +68,8 @@ bool UserRecords::isTQLUser(const std::optional<QString> &user)
     return markerExists(QLatin1String("TqlUserDetails"), user);
 }
 
-UserRecords::AccountKind UserRecords::accountKind(const QString &plan, const QString &accountType, bool isPartner,
-                                                  const QString &planType)
+UserRecords::AccountKind UserRecords::accountKind(const QString &plan, const QString &accountType,
+                                                  bool isPartner, const QString &planType)
 {
     AccountKind kind;
     if (plan == u"Business" || accountType == u"true" || plan == u"PAID" || isPartner)
@@ -105,7 +105,8 @@ bool UserRecords::isAnyInteractiveBackupOperationRunning(const QString &user)
 {
     return anyJob(user, [](const QVariantMap &job) {
         const auto type = PropertyList::intValue(job, QStringLiteral("operationType"));
-        return PropertyList::intValue(job, QStringLiteral("operationStartType")) == 0 && (type == 0 || type == 1);
+        return PropertyList::intValue(job, QStringLiteral("operationStartType")) == 0 &&
+               (type == 0 || type == 1);
     });
 }
 

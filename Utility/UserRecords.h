@@ -5,8 +5,8 @@
 
 #include <optional>
 
-/// What the main application and the daemons leave about the accounts: who is signed in, what kind of account it
-/// is, which of its jobs run, how much it stores. Read anew at each call; a missing file counts as no value.
+/// What the main application and the daemons leave about the accounts: who is signed in, what kind of account
+/// it is, which of its jobs run, how much it stores. Read anew at each call; a missing file counts as no value.
 namespace UserRecords
 {
 /// `Username` of the record of the last sign-in.
@@ -26,7 +26,8 @@ struct AccountKind {
     bool isUnlimited = false;
     friend bool operator==(const AccountKind &, const AccountKind &) = default;
 };
-/// The rule: all words are compared exactly, and the business test comes first. Empty for a word that is missing.
+/// The rule: all words are compared exactly, and the business test comes first. Empty for a word that is
+/// missing.
 [[nodiscard]] AccountKind accountKind(const QString &plan, const QString &accountType, bool isPartner,
                                       const QString &planType);
 /// The kind of an account from its files.

@@ -30,28 +30,40 @@ constexpr std::array<Level, 6> Levels{{
     {u"", u""},
 }};
 
-const Level &levelOf(LogType type) { return Levels[static_cast<std::size_t>(type)]; }
+const Level &levelOf(LogType type)
+{
+    return Levels[static_cast<std::size_t>(type)];
+}
 
-QString text(const char16_t *units) { return QString::fromUtf16(units); }
+QString text(const char16_t *units)
+{
+    return QString::fromUtf16(units);
+}
 
 QString traceText(const TraceInfo &info)
 {
     const QString arrow = u' ' + text(Arrow) + u' ';
-    return QStringLiteral("[Trace]") + arrow + QFileInfo(info.fileName).fileName() + arrow + info.functionName
-           + QStringLiteral(" #") + QString::number(info.lineNumber);
+    return QStringLiteral("[Trace]") + arrow + QFileInfo(info.fileName).fileName() + arrow + info.functionName +
+           QStringLiteral(" #") + QString::number(info.lineNumber);
 }
 } // namespace
 
-CVLogger::CVLogger(Sink sink, const Clock &clock) : m_sink(std::move(sink)), m_clock(clock) {}
+CVLogger::CVLogger(Sink sink, const Clock &clock) : m_sink(std::move(sink)), m_clock(clock)
+{
+}
 
 CVLogger &CVLogger::log()
 {
     static auto &clock = *new SystemClock;
-    static auto &logger = *new CVLogger([](const QString &line) { std::puts(line.toUtf8().constData()); }, clock);
+    static auto &logger =
+        *new CVLogger([](const QString &line) { std::puts(line.toUtf8().constData()); }, clock);
     return logger;
 }
 
-QString CVLogger::time() const { return QLocale::c().toString(m_clock.now(), options.logDateFormat); }
+QString CVLogger::time() const
+{
+    return QLocale::c().toString(m_clock.now(), options.logDateFormat);
+}
 
 bool CVLogger::passes(LogType type, const QString &file) const
 {
@@ -76,7 +88,8 @@ QString CVLogger::fullForm(const QString &id, const QString &details, LogType ty
         line += u'[' + (symbol(IdBadge) + u' ' + id).trimmed() + u']';
     if (!details.isEmpty()) {
         const QString stars = symbol(Star) + symbol(Star);
-        line += u' ' + symbol(Arrow) + u' ' + stars + (options.capitalizeDetails ? details.toUpper() : details) + stars;
+        line += u' ' + symbol(Arrow) + u' ' + stars +
+                (options.capitalizeDetails ? details.toUpper() : details) + stars;
     }
     return line;
 }
@@ -90,7 +103,8 @@ QString CVLogger::plainForm(const QString &id, const QString &details) const
     if (!id.isEmpty())
         line += QStringLiteral(" ID ") + arrow + u' ' + id;
     if (!details.isEmpty())
-        line += QStringLiteral(" Details ") + arrow + u' ' + (options.capitalizeDetails ? details.toUpper() : details);
+        line += QStringLiteral(" Details ") + arrow + u' ' +
+                (options.capitalizeDetails ? details.toUpper() : details);
     return line;
 }
 
@@ -111,7 +125,9 @@ void CVLogger::enter(const QString &id, const QString &details, LogType type, co
         return;
 
     const bool plain = options.plainLog || type == LogType::plain;
-    PLog entry{id, details, type, m_clock.now(), info, plain ? plainForm(id, details) : fullForm(id, details, type), {}};
+    PLog entry{
+        id, details, type, m_clock.now(), info, plain ? plainForm(id, details) : fullForm(id, details, type),
+        {}};
     if (options.keepAutoTracing && origin == Origin::Caller)
         entry.printableTrace = traceText(info);
 
@@ -132,8 +148,8 @@ void CVLogger::show(const QString &id, const QString &details, LogType type, Whe
     enter(id, details, type, where, Origin::Caller);
 }
 
-void CVLogger::showInFuture(const QString &id, const QString &details, LogType type, std::chrono::milliseconds after,
-                            Where where)
+void CVLogger::showInFuture(const QString &id, const QString &details, LogType type,
+                            std::chrono::milliseconds after, Where where)
 {
     DispatchQueue::main().after(after, [this, id, details, type, where] { show(id, details, type, where); });
 }
@@ -142,8 +158,8 @@ void CVLogger::trace(Where where)
 {
     if (options.printOnlyIfDebugMode) {
         enter({},
-              QStringLiteral(
-                  "Printer can't trace as RELEASE mode is active and you have set 'printOnlyIfDebugMode' to 'true'."),
+              QStringLiteral("Printer can't trace as RELEASE mode is active and you have set "
+                             "'printOnlyIfDebugMode' to 'true'."),
               LogType::plain, where, Origin::Logger);
         return;
     }
@@ -168,8 +184,9 @@ std::vector<PLog> CVLogger::getAllLogs(const std::set<LogType> &filterLogTypes) 
 void CVLogger::all(bool showTrace, const std::set<LogType> &filterLogTypes) const
 {
     if (m_arrayLogs.empty()) {
-        m_sink(QStringLiteral("No tracked logs. To track logs, you need to set 'keepTracking' to 'true' and 'disable' "
-                              "is not set to 'true'."));
+        m_sink(QStringLiteral(
+            "No tracked logs. To track logs, you need to set 'keepTracking' to 'true' and 'disable' "
+            "is not set to 'true'."));
         return;
     }
     for (const PLog &entry : getAllLogs(filterLogTypes)) {
@@ -204,12 +221,27 @@ void CVLogger::alert(const QString &id, const QString &details, Where where)
     show(id, details, LogType::alert, where);
 }
 
-void CVLogger::success(const QString &details, Where where) { success({}, details, where); }
+void CVLogger::success(const QString &details, Where where)
+{
+    success({}, details, where);
+}
 
-void CVLogger::error(const QString &details, Where where) { error({}, details, where); }
+void CVLogger::error(const QString &details, Where where)
+{
+    error({}, details, where);
+}
 
-void CVLogger::warning(const QString &details, Where where) { warning({}, details, where); }
+void CVLogger::warning(const QString &details, Where where)
+{
+    warning({}, details, where);
+}
 
-void CVLogger::information(const QString &details, Where where) { information({}, details, where); }
+void CVLogger::information(const QString &details, Where where)
+{
+    information({}, details, where);
+}
 
-void CVLogger::alert(const QString &details, Where where) { alert({}, details, where); }
+void CVLogger::alert(const QString &details, Where where)
+{
+    alert({}, details, where);
+}

@@ -8,14 +8,17 @@
 void InterfaceTraceBuffer::writeOut(bool flush)
 {
     const QString path = standardizedPath(pathValue(QLatin1String("AppInterfaceTraceFilePath")));
-    if (flush || m_messages.size() >= LargestBuffer) {
-        TraceFile::write(path, m_messages);
+    if (!m_messages.isEmpty() && (flush || m_messages.size() >= LargestBuffer)) {
+        TraceFile::append(path, m_messages);
         m_messages.clear();
+    } else {
+        TraceFile::clearLogs(path);
     }
-    TraceFile::clearLogs(path);
 }
 
-CVTraceFileLogger::CVTraceFileLogger() : InterfaceTraceBuffer("AppInterfaceTrace") {}
+CVTraceFileLogger::CVTraceFileLogger() : InterfaceTraceBuffer("AppInterfaceTrace")
+{
+}
 
 CVTraceFileLogger &CVTraceFileLogger::shared()
 {
@@ -33,7 +36,9 @@ void CVTraceFileLogger::logAppInterfaceTrace(const QString &message, bool flush)
     });
 }
 
-QNBackupProgressLogger::QNBackupProgressLogger() : InterfaceTraceBuffer("com.example.interactiveTrace") {}
+QNBackupProgressLogger::QNBackupProgressLogger() : InterfaceTraceBuffer("com.example.interactiveTrace")
+{
+}
 
 QNBackupProgressLogger &QNBackupProgressLogger::progressLogger()
 {

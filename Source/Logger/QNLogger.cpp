@@ -8,9 +8,10 @@
 void QNLogger::logMonitorTrace(const std::optional<QString> &message)
 {
     const QString path = standardizedPath(pathValue(QLatin1String("MonitorTraceFilePath")));
-    if (message) {
-        const QString line = TraceLine::timestamp() + QStringLiteral(" : ") + *message + QStringLiteral(" \n");
-        TraceFile::write(path, TraceLine::namingThisProduct(line));
+    if (!message) {
+        TraceFile::clearLogs(path);
+        return;
     }
-    TraceFile::clearLogs(path);
+    const QString line = TraceLine::timestamp() + QStringLiteral(" : ") + *message + QStringLiteral(" \n");
+    TraceFile::append(path, TraceLine::namingThisProduct(line));
 }

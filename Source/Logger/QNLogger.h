@@ -8,7 +8,7 @@
 class QNLogger
 {
 public:
-    /// Appends one line and empties the file when it is over its limit, the new line with it. With no message the
-    /// file is only held to its limit. Runs on the calling thread, from any thread.
+    /// Appends one line and empties the file when it is over its limit, the new line with it. With no message
+    /// the file is only held to its limit. Runs on the calling thread, from any thread.
     static void logMonitorTrace(const std::optional<QString> &message);
 };

@@ -32,11 +32,19 @@ TEST(TextFormat, FillsPlaceholders)
         QStringList arguments;
         QString expected;
     } rows[] = {
-        {"in order", QStringLiteral("%@ and %@"), {QStringLiteral("a"), QStringLiteral("b")}, QStringLiteral("a and b")},
-        {"numbered", QStringLiteral("%2$@, %1$@"), {QStringLiteral("a"), QStringLiteral("b")}, QStringLiteral("b, a")},
+        {"in order",
+         QStringLiteral("%@ and %@"),
+         {QStringLiteral("a"), QStringLiteral("b")},
+         QStringLiteral("a and b")},
+        {"numbered",
+         QStringLiteral("%2$@, %1$@"),
+         {QStringLiteral("a"), QStringLiteral("b")},
+         QStringLiteral("b, a")},
         {"too few", QStringLiteral("%@ %@"), {QStringLiteral("a")}, QStringLiteral("a %@")},
         {"too many", QStringLiteral("%@"), {QStringLiteral("a"), QStringLiteral("b")}, QStringLiteral("a")},
-        {"argument with a placeholder", QStringLiteral("%@-%@"), {QStringLiteral("%@"), QStringLiteral("100%")},
+        {"argument with a placeholder",
+         QStringLiteral("%@-%@"),
+         {QStringLiteral("%@"), QStringLiteral("100%")},
          QStringLiteral("%@-100%")},
         {"percent sign", QStringLiteral("100%% of %@"), {QStringLiteral("x")}, QStringLiteral("100% of x")},
         {"lone percent at the end", QStringLiteral("50%"), {}, QStringLiteral("50%")},

@@ -20,14 +20,22 @@
 namespace
 {
 // What the C locale's calendar makes of the pattern, as in "Sun Nov 22 2026 9:55:3 PM".
-const QString Date = QStringLiteral("[A-Z][a-z]{2} [A-Z][a-z]{2} \\d{1,2} \\d{4} \\d{1,2}:\\d{1,2}:\\d{1,2} [AP]M");
+const QString Date =
+    QStringLiteral("[A-Z][a-z]{2} [A-Z][a-z]{2} \\d{1,2} \\d{4} \\d{1,2}:\\d{1,2}:\\d{1,2} [AP]M");
 
-QString monitorTrace() { return standardizedPath(pathValue(QLatin1String("MonitorTraceFilePath"))); }
-QString interfaceTrace() { return standardizedPath(pathValue(QLatin1String("AppInterfaceTraceFilePath"))); }
+QString monitorTrace()
+{
+    return standardizedPath(pathValue(QLatin1String("MonitorTraceFilePath")));
+}
+QString interfaceTrace()
+{
+    return standardizedPath(pathValue(QLatin1String("AppInterfaceTraceFilePath")));
+}
 
 void expectMatches(const QByteArray &bytes, const QString &tail)
 {
-    const QRegularExpression whole(QRegularExpression::anchoredPattern(Date + QRegularExpression::escape(tail)));
+    const QRegularExpression whole(
+        QRegularExpression::anchoredPattern(Date + QRegularExpression::escape(tail)));
     EXPECT_TRUE(whole.match(QString::fromUtf8(bytes)).hasMatch()) << bytes.toStdString();
 }
 } // namespace
@@ -85,12 +93,12 @@ TEST(Trace, WhatCannotBeWrittenIsDroppedAndNothingHangs)
 {
     const TemporaryHome home;
     home.write(QStringLiteral("blocked"), "a file where a folder should be");
-    TraceFile::write(home.path(QStringLiteral("blocked/trace")), QStringLiteral("x"));
+    TraceFile::append(home.path(QStringLiteral("blocked/trace")), QStringLiteral("x"));
     EXPECT_EQ(home.read(QStringLiteral("blocked")), "a file where a folder should be");
 
     const QByteArray pipe = QFile::encodeName(home.path(QStringLiteral("pipe")));
     ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
-    TraceFile::write(home.path(QStringLiteral("pipe")), QStringLiteral("nobody reads this"));
+    TraceFile::append(home.path(QStringLiteral("pipe")), QStringLiteral("nobody reads this"));
     TraceFile::clearLogs(home.path(QStringLiteral("pipe")));
 }
 
@@ -136,8 +144,9 @@ TEST(ConsoleLogger, AsShippedEveryCallIsOneFixedLine)
     EXPECT_EQ(console.lines, QStringList({fixed, fixed}));
     console.lines.clear();
     console.logger.all(true);
-    EXPECT_EQ(console.lines.value(0), QStringLiteral("No tracked logs. To track logs, you need to set 'keepTracking' to "
-                                                     "'true' and 'disable' is not set to 'true'."));
+    EXPECT_EQ(console.lines.value(0),
+              QStringLiteral("No tracked logs. To track logs, you need to set 'keepTracking' to "
+                             "'true' and 'disable' is not set to 'true'."));
     console.lines.clear();
     console.logger.options.disable = true;
     console.logger.error(QStringLiteral("id"), QStringLiteral("secret"));
@@ -156,9 +165,17 @@ TEST(ConsoleLogger, FormsOfAnEntry)
     } rows[] = {
         {"full", LogType::success, QStringLiteral("7"), QStringLiteral("done"), false,
          QString::fromUtf8("[✅ Success] [⌚03-04-2026 05: 06: 07] [🆔 7] ➞ ✹✹done✹✹")},
-        {"full without an id or a time", LogType::alert, {}, QStringLiteral("x"), true,
+        {"full without an id or a time",
+         LogType::alert,
+         {},
+         QStringLiteral("x"),
+         true,
          QString::fromUtf8("[🚨 Alert]  ➞ ✹✹x✹✹")},
-        {"full without details", LogType::warning, QStringLiteral("7"), {}, true,
+        {"full without details",
+         LogType::warning,
+         QStringLiteral("7"),
+         {},
+         true,
          QString::fromUtf8("[🚧 Warning] [🆔 7]")},
         {"plain", LogType::plain, QStringLiteral("7"), QStringLiteral("done"), false,
          QString::fromUtf8("[03-04-2026 05: 06: 07]  ID ➞ 7 Details ➞ done")},

@@ -10,14 +10,20 @@
 
 namespace
 {
-QVariantMap languages(const QVariant &list) { return {{QStringLiteral("AppleLanguages"), list}}; }
+QVariantMap languages(const QVariant &list)
+{
+    return {{QStringLiteral("AppleLanguages"), list}};
+}
 
 /// A manager over a preferences file of its own.
 struct Fixture {
     TemporaryHome home;
     QString file = home.path(QStringLiteral("preferences.plist"));
 
-    [[nodiscard]] QVariantMap stored() const { return PropertyList::readDictionary(file).value_or(QVariantMap()); }
+    [[nodiscard]] QVariantMap stored() const
+    {
+        return PropertyList::readDictionary(file).value_or(QVariantMap());
+    }
 };
 } // namespace
 
@@ -31,11 +37,14 @@ TEST(Language, OfTheFirstStart)
     } rows[] = {
         {"first run, spoken", std::nullopt, QStringLiteral("es"), QStringLiteral("es")},
         {"first run, not spoken", std::nullopt, QStringLiteral("fr"), QStringLiteral("en")},
-        {"preferences without a language", QVariantMap{{QStringLiteral("onlyonce"), true}}, QStringLiteral("ja"), QStringLiteral("ja")},
+        {"preferences without a language", QVariantMap{{QStringLiteral("onlyonce"), true}},
+         QStringLiteral("ja"), QStringLiteral("ja")},
         {"an older installation", older, QStringLiteral("ja"), QStringLiteral("en")},
         {"stored", languages(QVariantList{QStringLiteral("ja")}), QStringLiteral("es"), QStringLiteral("ja")},
-        {"stored, not spoken", languages(QVariantList{QStringLiteral("de")}), QStringLiteral("es"), QStringLiteral("en")},
-        {"stored with a region", languages(QVariantList{QStringLiteral("es-MX")}), QStringLiteral("es"), QStringLiteral("en")},
+        {"stored, not spoken", languages(QVariantList{QStringLiteral("de")}), QStringLiteral("es"),
+         QStringLiteral("en")},
+        {"stored with a region", languages(QVariantList{QStringLiteral("es-MX")}), QStringLiteral("es"),
+         QStringLiteral("en")},
         {"empty list", languages(QVariantList()), QStringLiteral("ja"), QStringLiteral("en")},
         {"list of numbers", languages(QVariantList{1LL}), QStringLiteral("ja"), QStringLiteral("en")},
         {"no list", languages(QStringLiteral("ja")), QStringLiteral("ja"), QStringLiteral("en")},
@@ -57,7 +66,8 @@ TEST(Language, CodeOfASystemTag)
 TEST(Language, TheSystemsLanguageComesFromTheGlobalDomainFirst)
 {
     const TemporaryHome home;
-    home.writeList(QNUtility::globalPreferencesPath(), languages(QVariantList{QStringLiteral("pt-BR"), QStringLiteral("es")}));
+    home.writeList(QNUtility::globalPreferencesPath(),
+                   languages(QVariantList{QStringLiteral("pt-BR"), QStringLiteral("es")}));
     EXPECT_EQ(SystemLanguageHelper::getSystemPrimaryLanguage(), QStringLiteral("pt-BR"));
     EXPECT_EQ(SystemLanguageHelper::getSystemPrimaryLanguageCode(), QStringLiteral("pt"));
 }
@@ -65,18 +75,21 @@ TEST(Language, TheSystemsLanguageComesFromTheGlobalDomainFirst)
 TEST(Language, IsStoredAmongWhatOtherProgramsKeep)
 {
     Fixture fixture;
-    fixture.home.writeList(fixture.file, QVariantMap{{QStringLiteral("logsFrom"), 7LL}, {QStringLiteral("other"), true}});
+    fixture.home.writeList(fixture.file,
+                           QVariantMap{{QStringLiteral("logsFrom"), 7LL}, {QStringLiteral("other"), true}});
     UserDefaults defaults(fixture.file);
     LanguageManager manager(Bundle::main(), defaults);
     EXPECT_EQ(manager.currentLanguage(), QStringLiteral("en"));
     // Another program writes meanwhile.
-    fixture.home.writeList(fixture.file, QVariantMap{{QStringLiteral("logsFrom"), 30LL}, {QStringLiteral("other"), true}});
+    fixture.home.writeList(fixture.file,
+                           QVariantMap{{QStringLiteral("logsFrom"), 30LL}, {QStringLiteral("other"), true}});
     manager.updateLanguage(QStringLiteral("ES"));
     EXPECT_EQ(manager.currentLanguage(), QStringLiteral("es"));
     EXPECT_EQ(manager.supportedLanguage(), SupportedLanguage::es);
-    EXPECT_EQ(fixture.stored(), (QVariantMap{{QStringLiteral("logsFrom"), 30LL},
-                                             {QStringLiteral("other"), true},
-                                             {QStringLiteral("AppleLanguages"), QVariantList{QStringLiteral("es")}}}));
+    EXPECT_EQ(fixture.stored(),
+              (QVariantMap{{QStringLiteral("logsFrom"), 30LL},
+                           {QStringLiteral("other"), true},
+                           {QStringLiteral("AppleLanguages"), QVariantList{QStringLiteral("es")}}}));
     manager.updateLanguage(QStringLiteral("de"));
     EXPECT_EQ(manager.currentLanguage(), QStringLiteral("es"));
     manager.setCurrentLanguage(QStringLiteral("DE"));
@@ -126,7 +139,8 @@ TEST(Language, PlainLookUpsObeyTheChoice)
     const QString japanese = bundle.translate("AnyForm", "Paused", nullptr, -1);
     EXPECT_NE(japanese, QStringLiteral("Paused"));
     bundle.forceLanguage(QStringLiteral("fr"));
-    EXPECT_EQ(bundle.localizedString(QStringLiteral("Paused")), japanese) << "no such folder: the last choice stays";
+    EXPECT_EQ(bundle.localizedString(QStringLiteral("Paused")), japanese)
+        << "no such folder: the last choice stays";
 }
 
 TEST(Language, ASentenceIsKnownInEveryLanguage)
@@ -142,13 +156,14 @@ TEST(Language, ASentenceIsKnownInEveryLanguage)
     EXPECT_FALSE(QNUtility::isLocalisedString(key, std::nullopt));
 }
 
-// The tool tip swaps one sentence for another inside a text that was put together from a template and a line: that
-// only works while the three are translated alike.
+// The tool tip swaps one sentence for another inside a text that was put together from a template and a line:
+// that only works while the three are translated alike.
 TEST(Language, TheUpToDateLineIsFoundInTheFinishedToolTip)
 {
     for (const AppLanguage &language : AppLanguage::supported()) {
         const auto in = [&](const char *sentence) {
-            return LanguageManager::shared().localized(QString::fromLatin1(sentence), language.id, QStringLiteral("Localizable"));
+            return LanguageManager::shared().localized(QString::fromLatin1(sentence), language.id,
+                                                       QStringLiteral("Localizable"));
         };
         QString tip = in("Backup: %@\nCloud Drive: %@");
         const qsizetype slot = tip.lastIndexOf(QStringLiteral("%@"));
@@ -156,6 +171,7 @@ TEST(Language, TheUpToDateLineIsFoundInTheFinishedToolTip)
         EXPECT_TRUE(tip.contains(in("Cloud Drive: All files are up to date"))) << language.id.toStdString();
         EXPECT_NE(in("Cloud Drive: All files are up to date"), in("Cloud Drive: All files are synced"));
         // A full account is told from the beginning of its line.
-        EXPECT_TRUE(in("You have exceeded the allocated").startsWith(in("You have exceeded the"))) << language.id.toStdString();
+        EXPECT_TRUE(in("You have exceeded the allocated").startsWith(in("You have exceeded the")))
+            << language.id.toStdString();
     }
 }

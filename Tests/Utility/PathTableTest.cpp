@@ -1,8 +1,8 @@
+#include "Utility/Paths/PathTable.h"
 #include "Platform/Home.h"
 #include "Tests/Support/PrintQt.h"
 #include "Tests/Support/TemporaryHome.h"
 #include "Utility/Paths/ApplicationFilePath.h"
-#include "Utility/Paths/PathTable.h"
 
 #include <gtest/gtest.h>
 
@@ -27,9 +27,11 @@ TEST(PathTable, ADeduplicatingAccountHasAnEngineOfItsOwn)
 {
     const PathTable table([] { return std::optional(engineEntries()); });
     EXPECT_EQ(table.value(QStringLiteral("ExecuterPathTQL"), EUserType::Other), QStringLiteral("/engine"));
-    EXPECT_EQ(table.value(QStringLiteral("ExecuterPathTQL"), EUserType::Dedup), QStringLiteral("/dedup-engine"));
+    EXPECT_EQ(table.value(QStringLiteral("ExecuterPathTQL"), EUserType::Dedup),
+              QStringLiteral("/dedup-engine"));
     const PathTable empty([] { return std::optional(PathTable::Entries()); });
-    EXPECT_EQ(empty.value(QStringLiteral("ExecuterPathTQL"), EUserType::Dedup), QStringLiteral("ExecuterPathDedupTQL"));
+    EXPECT_EQ(empty.value(QStringLiteral("ExecuterPathTQL"), EUserType::Dedup),
+              QStringLiteral("ExecuterPathDedupTQL"));
 }
 
 TEST(PathTable, LoadsOnceAndTriesAgainUntilItCan)

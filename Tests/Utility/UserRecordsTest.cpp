@@ -1,9 +1,9 @@
+#include "Utility/UserRecords.h"
 #include "Extensions/TextCoding.h"
 #include "Tests/Support/PrintQt.h"
 #include "Tests/Support/TemporaryHome.h"
 #include "Utility/Paths/PathTable.h"
 #include "Utility/QNUtility.h"
-#include "Utility/UserRecords.h"
 
 #include "Platform/Home.h"
 
@@ -15,7 +15,10 @@ namespace
 {
 const QString User = QStringLiteral("mona");
 
-QString path(const char *key) { return pathValue(QLatin1String(key), {User}); }
+QString path(const char *key)
+{
+    return pathValue(QLatin1String(key), {User});
+}
 
 void signIn(const TemporaryHome &home, const QVariantMap &more = {})
 {
@@ -53,11 +56,13 @@ TEST(UserRecords, RecordsAndMarkers)
     EXPECT_TRUE(UserRecords::isTQLUser(User));
     EXPECT_FALSE(UserRecords::isTQLUser(std::nullopt));
     EXPECT_FALSE(UserRecords::isDisconnectedUser(User));
-    home.writeList(path("UserDetailsPath"), QVariantMap{{QStringLiteral("tqlsrvrport"), QStringLiteral("8443")}});
+    home.writeList(path("UserDetailsPath"),
+                   QVariantMap{{QStringLiteral("tqlsrvrport"), QStringLiteral("8443")}});
     EXPECT_EQ(QNUtility::getTQLSrvPort(), QStringLiteral("8443"));
     home.writeList(path("UserDetailsPath"), QVariantMap{{QStringLiteral("tqlsrvrport"), 8443LL}});
     EXPECT_EQ(QNUtility::getTQLSrvPort(), QStringLiteral("443")) << "only a text is a port here";
-    home.writeList(path("RootMachineInfoPath"), QVariantMap{{QStringLiteral("machineId"), QStringLiteral("m-1")}});
+    home.writeList(path("RootMachineInfoPath"),
+                   QVariantMap{{QStringLiteral("machineId"), QStringLiteral("m-1")}});
     EXPECT_EQ(QNUtility::machineID(), QStringLiteral("m-1"));
     home.writeList(path("ThinClientFilePath"), QVariantMap{{QStringLiteral("IsThinClient"), true}});
     EXPECT_TRUE(QNUtility::isThinClient());
@@ -91,10 +96,20 @@ TEST(UserRecords, KindOfAccount)
         {"business", QStringLiteral("Business"), {}, false, {}, Kind{.isBusiness = true}},
         {"paid", QStringLiteral("PAID"), {}, false, {}, Kind{.isBusiness = true}},
         {"paid in another case", QStringLiteral("paid"), {}, false, {}, Kind{}},
-        {"sub-account", QStringLiteral("Personal"), QStringLiteral("true"), false, {}, Kind{.isBusiness = true}},
-        {"partner before personal", QStringLiteral("Personal"), QStringLiteral("false"), true, {}, Kind{.isBusiness = true}},
-        {"personal, unlimited", QStringLiteral("Personal"), QStringLiteral("false"), false, QStringLiteral("Unlimited"),
-         Kind{.isPersonal = true, .isUnlimited = true}},
+        {"sub-account",
+         QStringLiteral("Personal"),
+         QStringLiteral("true"),
+         false,
+         {},
+         Kind{.isBusiness = true}},
+        {"partner before personal",
+         QStringLiteral("Personal"),
+         QStringLiteral("false"),
+         true,
+         {},
+         Kind{.isBusiness = true}},
+        {"personal, unlimited", QStringLiteral("Personal"), QStringLiteral("false"), false,
+         QStringLiteral("Unlimited"), Kind{.isPersonal = true, .isUnlimited = true}},
         {"with a line feed", QStringLiteral("Business\n"), {}, false, {}, Kind{}},
     };
     for (const auto &row : rows) {
@@ -159,11 +174,14 @@ TEST(QNUtility, PreferencesFileIsFoundWhateverItsCase)
     const TemporaryHome home;
     const QString folder = home.path(QStringLiteral("Preferences"));
     const QString identifier = QStringLiteral("org.example.ProductMonitor");
-    EXPECT_EQ(QNUtility::preferencesPlistPath(identifier, folder), folder + QStringLiteral("/com.halvernet.Corvane.plist"));
+    EXPECT_EQ(QNUtility::preferencesPlistPath(identifier, folder),
+              folder + QStringLiteral("/com.halvernet.Corvane.plist"));
     home.write(folder + QStringLiteral("/ORG.example.product.plist"), "");
-    EXPECT_EQ(QNUtility::preferencesPlistPath(identifier, folder), folder + QStringLiteral("/ORG.example.product.plist"));
+    EXPECT_EQ(QNUtility::preferencesPlistPath(identifier, folder),
+              folder + QStringLiteral("/ORG.example.product.plist"));
     home.write(folder + QStringLiteral("/org.example.Product.plist"), "");
-    EXPECT_EQ(QNUtility::preferencesPlistPath(identifier, folder), folder + QStringLiteral("/org.example.Product.plist"));
+    EXPECT_EQ(QNUtility::preferencesPlistPath(identifier, folder),
+              folder + QStringLiteral("/org.example.Product.plist"));
     EXPECT_EQ(QNUtility::preferencesPlistPath(),
               homeDirectory() + QStringLiteral("/Library/Preferences/com.halvernet.Corvane.plist"));
 }

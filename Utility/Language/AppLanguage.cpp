@@ -34,12 +34,14 @@ std::optional<AppLanguage> AppLanguage::byID(const QString &id)
 
 void AppLanguage::setSelected(const AppLanguage &language, UserDefaults &defaults)
 {
-    const QByteArray encoded = QJsonDocument(QJsonObject{{QStringLiteral("id"), language.id},
-                                                         {QStringLiteral("localeIdentifier"), language.localeIdentifier},
-                                                         {QStringLiteral("englishName"), language.englishName}})
-                                   .toJson(QJsonDocument::Compact);
+    const QByteArray encoded =
+        QJsonDocument(QJsonObject{{QStringLiteral("id"), language.id},
+                                  {QStringLiteral("localeIdentifier"), language.localeIdentifier},
+                                  {QStringLiteral("englishName"), language.englishName}})
+            .toJson(QJsonDocument::Compact);
     const QJsonObject decoded = QJsonDocument::fromJson(encoded).object();
-    const AppLanguage stored{decoded[QLatin1String("id")].toString(), decoded[QLatin1String("localeIdentifier")].toString(),
+    const AppLanguage stored{decoded[QLatin1String("id")].toString(),
+                             decoded[QLatin1String("localeIdentifier")].toString(),
                              decoded[QLatin1String("englishName")].toString()};
     if (stored == language)
         defaults.setValue(QStringLiteral("AppleLanguages"), QVariantList{stored.id});
@@ -51,7 +53,10 @@ QString SystemLanguageHelper::getSystemPrimaryLanguage()
     return languages.isEmpty() ? QStringLiteral("en") : languages.first();
 }
 
-QString SystemLanguageHelper::getSystemPrimaryLanguageCode() { return languageCode(getSystemPrimaryLanguage()); }
+QString SystemLanguageHelper::getSystemPrimaryLanguageCode()
+{
+    return languageCode(getSystemPrimaryLanguage());
+}
 
 QString SystemLanguageHelper::languageCode(const QString &tag)
 {

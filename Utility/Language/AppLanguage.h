@@ -21,8 +21,8 @@ struct AppLanguage {
     /// The row with exactly this id.
     static std::optional<AppLanguage> byID(const QString &id);
 
-    /// Stores `language` as the selected one in the defaults, for this process until they are synchronised. What
-    /// does not survive its JSON form (the field names as keys) is not stored.
+    /// Stores `language` as the selected one in the defaults, for this process until they are synchronised.
+    /// What does not survive its JSON form (the field names as keys) is not stored.
     static void setSelected(const AppLanguage &language, UserDefaults &defaults);
 
     friend bool operator==(const AppLanguage &, const AppLanguage &) = default;

@@ -18,7 +18,8 @@ void CVAppLocalization::loadlocalizedLanguage()
 {
     LanguageManager &manager = LanguageManager::shared();
     manager.loadCurrentLanguage();
-    const AppLanguage language = AppLanguage::byID(manager.currentLanguage()).value_or(AppLanguage::supported().front());
+    const AppLanguage language =
+        AppLanguage::byID(manager.currentLanguage()).value_or(AppLanguage::supported().front());
     AppLanguage::setSelected(language, manager.userDefaults());
 }
 
@@ -26,12 +27,14 @@ namespace MonitorControllerVC
 {
 const LocalizedText backupProgressTooltip{QT_TRANSLATE_NOOP("Localizable", "Scheduled Backup is in progress.")};
 const LocalizedText backupPausedTooltip{QT_TRANSLATE_NOOP("Localizable", "Scheduled backup is paused.")};
-const LocalizedText intBackupProgressTooltip{QT_TRANSLATE_NOOP("Localizable", "Backup operation is in progress.")};
+const LocalizedText intBackupProgressTooltip{
+    QT_TRANSLATE_NOOP("Localizable", "Backup operation is in progress.")};
 const LocalizedText intBackupPausedTooltip{QT_TRANSLATE_NOOP("Localizable", "Backup operation is paused.")};
 const LocalizedText scheduleJobPausedTooltip{QT_TRANSLATE_NOOP("Localizable", "Your Scheduled job is paused.")};
 const LocalizedText disableScheduledJobsTooltip{
     QT_TRANSLATE_NOOP("Localizable", "You have disabled all your scheduled job(s)")};
-const LocalizedText nextScheudletime{QT_TRANSLATE_NOOP("Localizable", "Your next scheduled job will start on %@")};
+const LocalizedText nextScheudletime{
+    QT_TRANSLATE_NOOP("Localizable", "Your next scheduled job will start on %@")};
 const LocalizedText quotaExceededTooltip{
     QT_TRANSLATE_NOOP("Localizable", "Quota Exceeded - You have utilized the allocated storage space.")};
 const LocalizedText allFilesUpToDateTooltip{QT_TRANSLATE_NOOP("Localizable", "All files are up to date")};
@@ -50,11 +53,12 @@ const LocalizedText NXTSCHEDULE_NOJOBS{
 
 const LocalizedText backupAndSyncTooltip{QT_TRANSLATE_NOOP("Localizable", "Backup: %@\nCloud Drive: %@")};
 const LocalizedText backupAndSyncQuotaTooltip{QT_TRANSLATE_NOOP(
-    "Localizable",
-    "Backup: %@\nCloud Drive: %@\nYou have exceeded the allocated quota limit. For further syncing you have to upgrade "
-    "your account. Click the 'Upgrade Storage' menu item to upgrade your %@ account")};
+    "Localizable", "Backup: %@\nCloud Drive: %@\nYou have exceeded the allocated quota limit. For further "
+                   "syncing you have to upgrade "
+                   "your account. Click the 'Upgrade Storage' menu item to upgrade your %@ account")};
 const LocalizedText accountCancelledTooltip{
     QT_TRANSLATE_NOOP("Localizable", "%@ \nYour account has been cancelled")};
-const LocalizedText cloudDriveUpToDate{QT_TRANSLATE_NOOP("Localizable", "Cloud Drive: All files are up to date")};
+const LocalizedText cloudDriveUpToDate{
+    QT_TRANSLATE_NOOP("Localizable", "Cloud Drive: All files are up to date")};
 const LocalizedText cloudDriveSynced{QT_TRANSLATE_NOOP("Localizable", "Cloud Drive: All files are synced")};
 } // namespace MonitorControllerVC

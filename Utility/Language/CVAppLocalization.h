@@ -11,8 +11,8 @@
 class LocalizedText
 {
 public:
-    /// `sentence` is the English text, marked with QT_TRANSLATE_NOOP("Localizable", ...) so that it is found by the
-    /// translator's tools. It must live as long as the process.
+    /// `sentence` is the English text, marked with QT_TRANSLATE_NOOP("Localizable", ...) so that it is found by
+    /// the translator's tools. It must live as long as the process.
     explicit constexpr LocalizedText(const char *sentence) : m_sentence(sentence) {}
     LocalizedText(const LocalizedText &) = delete;
 
@@ -25,7 +25,10 @@ private:
     mutable QString m_text;
 };
 
-inline bool operator==(const QString &a, const LocalizedText &b) { return a == b.text(); }
+inline bool operator==(const QString &a, const LocalizedText &b)
+{
+    return a == b.text();
+}
 
 /// The group object of all translated constants.
 class CVAppLocalization

@@ -25,7 +25,8 @@ QString initialLanguage(const std::optional<QVariantMap> &stored, const QString 
     if (!hasLanguages && !dictionary.contains(QStringLiteral("logsFrom")))
         return supportedOrEnglish(systemLanguageCode);
     // An installation that ran before languages could be chosen spoke English.
-    return supportedOrEnglish(firstLanguage(dictionary.value(QStringLiteral("AppleLanguages"))).value_or(QString()));
+    return supportedOrEnglish(
+        firstLanguage(dictionary.value(QStringLiteral("AppleLanguages"))).value_or(QString()));
 }
 
 LanguageManager::LanguageManager(const Bundle &bundle, UserDefaults &defaults)
@@ -95,7 +96,8 @@ void LanguageManager::loadCurrentLanguage()
 
 void LanguageManager::setInitialAppLanguage(const QString &systemLanguageCode)
 {
-    const QString language = initialLanguage(PropertyList::readDictionary(m_defaults.path()), systemLanguageCode);
+    const QString language =
+        initialLanguage(PropertyList::readDictionary(m_defaults.path()), systemLanguageCode);
     m_synchronizationQueue.sync([&] { store(language); });
     LocalizedBundle::main().forceLanguage(language);
 }
@@ -129,13 +131,17 @@ QString LanguageManager::localizedString(const QString &key) const
     return LocalizedBundle::main().localizedString(key);
 }
 
-QString LanguageManager::localized(const QString &key, const QString &languageCode, const QString &tableName) const
+QString LanguageManager::localized(const QString &key, const QString &languageCode,
+                                   const QString &tableName) const
 {
     const auto strings = table(languageCode, tableName);
     return strings ? strings->text(key).value_or(key) : key;
 }
 
-QString localized(const QString &key) { return LanguageManager::shared().localizedString(key); }
+QString localized(const QString &key)
+{
+    return LanguageManager::shared().localizedString(key);
+}
 
 std::optional<QString> languageOfSentence(const QString &text, const QString &key)
 {

@@ -10,8 +10,8 @@
 #include <QString>
 #include <QStringList>
 
-/// The language of the program and its string tables. The choice is the first element of `AppleLanguages` in the
-/// user defaults; English sentences are the keys, so that a missing translation shows the English sentence.
+/// The language of the program and its string tables. The choice is the first element of `AppleLanguages` in
+/// the user defaults; English sentences are the keys, so that a missing translation shows the English sentence.
 /// Reading and looking up are safe from any thread.
 class LanguageManager
 {
@@ -48,7 +48,8 @@ public:
     /// The text of an English sentence in the current language, or the sentence itself.
     [[nodiscard]] QString localizedString(const QString &key) const;
     /// The text in a named language, from a named table; the key itself where that language or table has none.
-    [[nodiscard]] QString localized(const QString &key, const QString &languageCode, const QString &tableName) const;
+    [[nodiscard]] QString localized(const QString &key, const QString &languageCode,
+                                    const QString &tableName) const;
 
 private:
     [[nodiscard]] std::optional<StringTable> table(const QString &language, const QString &name) const;
@@ -60,8 +61,10 @@ private:
     mutable QHash<QString, std::optional<StringTable>> m_tables; // on the queue only
 };
 
-/// The rule of the first start: `stored` is the preferences file's dictionary, none where there is no such file.
-[[nodiscard]] QString initialLanguage(const std::optional<QVariantMap> &stored, const QString &systemLanguageCode);
+/// The rule of the first start: `stored` is the preferences file's dictionary, none where there is no such
+/// file.
+[[nodiscard]] QString initialLanguage(const std::optional<QVariantMap> &stored,
+                                      const QString &systemLanguageCode);
 
 /// LanguageManager::shared().localizedString().
 [[nodiscard]] QString localized(const QString &key);

@@ -16,7 +16,8 @@ LocalizedBundle::LocalizedBundle(const Bundle &bundle)
 
 LocalizedBundle &LocalizedBundle::main()
 {
-    static auto &bundle = *new LocalizedBundle(Bundle::main()); // outlives the application that it is installed in
+    static auto &bundle =
+        *new LocalizedBundle(Bundle::main()); // outlives the application that it is installed in
     return bundle;
 }
 

@@ -8,9 +8,9 @@
 #include <mutex>
 #include <optional>
 
-/// The program's string tables with one language chosen: look-ups that name no language obey the choice. Installed
-/// as the application's translator it answers for windows too; all sentences share one flat table, so the context
-/// that a form names plays no part.
+/// The program's string tables with one language chosen: look-ups that name no language obey the choice.
+/// Installed as the application's translator it answers for windows too; all sentences share one flat table, so
+/// the context that a form names plays no part.
 class LocalizedBundle : public QTranslator
 {
 public:

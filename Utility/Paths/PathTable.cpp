@@ -10,7 +10,9 @@ namespace QNUtility
 std::atomic<EUserType> userType = EUserType::Dedup;
 } // namespace QNUtility
 
-PathTable::PathTable(Loader load) : m_load(std::move(load)) {}
+PathTable::PathTable(Loader load) : m_load(std::move(load))
+{
+}
 
 std::shared_ptr<const PathTable::Entries> PathTable::entries() const
 {
@@ -37,7 +39,8 @@ namespace
 {
 std::optional<PathTable::Entries> loadBundleTable()
 {
-    const auto dictionary = PropertyList::readDictionary(Bundle::main().resource(QStringLiteral("Localizable.plist")));
+    const auto dictionary =
+        PropertyList::readDictionary(Bundle::main().resource(QStringLiteral("Localizable.plist")));
     if (!dictionary)
         return std::nullopt;
     PathTable::Entries entries;
@@ -64,7 +67,10 @@ std::optional<QString> qnLocalizedString(const std::optional<QString> &key)
     return bundleTable().value(*key, QNUtility::userType);
 }
 
-QString pathValue(QLatin1String key) { return bundleTable().value(key, QNUtility::userType); }
+QString pathValue(QLatin1String key)
+{
+    return bundleTable().value(key, QNUtility::userType);
+}
 
 QString pathValue(QLatin1String key, const QStringList &arguments)
 {

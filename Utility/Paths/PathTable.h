@@ -29,8 +29,8 @@ public:
     explicit PathTable(Loader load);
 
     /// The value of `key`, or the key itself where the table has no text for it: such a path exists nowhere, so
-    /// the caller's own test of the file takes over. For ExecuterPathTQL of a deduplicating account the value of
-    /// ExecuterPathDedupTQL.
+    /// the caller's own test of the file takes over. For ExecuterPathTQL of a deduplicating account the value
+    /// of ExecuterPathDedupTQL.
     [[nodiscard]] QString value(const QString &key, EUserType userType) const;
 
 private:
