@@ -2,6 +2,8 @@
 
 #include <simdjson.h>
 
+#include <algorithm>
+
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -183,9 +185,10 @@ std::optional<DaemonMessage> DaemonMessageReader::read(QByteArray payload, QStri
 {
     const auto size = size_t(payload.size());
     const bool padded = size_t(payload.capacity()) >= size + simdjson::SIMDJSON_PADDING;
-    const bool reusable = m_latest && m_latest.use_count() == 1;
+    const auto free = std::find_if(m_kept.begin(), m_kept.end(),
+                                   [](const auto &kept) { return kept && kept.use_count() == 1; });
     const auto content =
-        reusable ? std::exchange(m_latest, nullptr) : std::make_shared<DaemonMessage::Content>();
+        free != m_kept.end() ? std::exchange(*free, nullptr) : std::make_shared<DaemonMessage::Content>();
     content->payload = std::move(payload);
     content->map.reset();
 
@@ -201,7 +204,8 @@ std::optional<DaemonMessage> DaemonMessageReader::read(QByteArray payload, QStri
                       : u"the top level is no object"_s;
         return std::nullopt;
     }
+    const auto place = std::find(m_kept.begin(), m_kept.end(), nullptr);
     if (size <= KeptPayloadLimit)
-        m_latest = content;
+        (place != m_kept.end() ? *place : m_kept.front()) = content;
     return DaemonMessage(content);
 }

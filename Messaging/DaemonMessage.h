@@ -5,6 +5,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <array>
 #include <memory>
 #include <optional>
 
@@ -73,5 +74,6 @@ public:
 private:
     struct Parser;
     std::unique_ptr<Parser> m_parser;
-    std::shared_ptr<DaemonMessage::Content> m_latest;
+    /// Two, since whoever takes messages holds the last one while the next is read.
+    std::array<std::shared_ptr<DaemonMessage::Content>, 2> m_kept;
 };

@@ -31,7 +31,8 @@ enum Number : int {
 /// The number of a message that is known by its name; none for a name without one.
 [[nodiscard]] std::optional<int> messageEnum(const QString &name);
 
-/// The number of a message from its second value. A text is the number in decimal digits, 0 when it is something else;
-/// a message that carries a dictionary, an array or the empty text is known by its `name`, 0 when that has no number.
+/// The number of a message from its second value. A text is the number in decimal digits, 0 when it is
+/// something else; a message that carries a dictionary, an array or the empty text is known by its `name`, 0
+/// when that has no number.
 [[nodiscard]] int numberOf(const QVariant &second, const QString &name);
 } // namespace MessageTypes

@@ -10,7 +10,8 @@
 
 namespace
 {
-/// The text of one line without its path tail, and whether an empty or unknown result stands for the whole message.
+/// The text of one line without its path tail, and whether an empty or unknown result stands for the whole
+/// message.
 struct LineText {
     QString text;
     bool isSingleId = false;
