@@ -22,7 +22,7 @@ int main(int argc, char **argv)
     SystemClock clock;
     TrayStatusItem statusItem(Bundle::main().resource(QStringLiteral("images")));
     CorvaneMonitorController *controller = nullptr;
-    const Appearance appearance([&controller] {
+    const Appearance appearance(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), [&controller] {
         if (controller)
             controller->darkModeChanged();
     });

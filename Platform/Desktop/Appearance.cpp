@@ -4,17 +4,32 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPalette>
 
 namespace
 {
-const QString Service = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString Path = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString Interface = QStringLiteral("org.freedesktop.portal.Settings");
-const QString Group = QStringLiteral("org.freedesktop.appearance");
-const QString Key = QStringLiteral("color-scheme");
+/// An object on the session bus that keeps settings, and one setting of it.
+struct Setting {
+    QString service, path, interface, group, key;
+
+    [[nodiscard]] QDBusMessage question(const QString &method) const
+    {
+        QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+        message << group << key;
+        message.setAutoStartService(
+            false); // who has such a service runs it; none is started for an icon's colour
+        return message;
+    }
+};
+
+const Setting PortalScheme{QStringLiteral("org.freedesktop.portal.Desktop"),
+                           QStringLiteral("/org/freedesktop/portal/desktop"),
+                           QStringLiteral("org.freedesktop.portal.Settings"),
+                           QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme")};
+const Setting XfcePanel{QStringLiteral("org.xfce.Xfconf"), QStringLiteral("/org/xfce/Xfconf"),
+                        QStringLiteral("org.xfce.Xfconf"), QStringLiteral("xfce4-panel"),
+                        QStringLiteral("/panels/dark-mode")};
 
 bool paletteIsDark()
 {
@@ -29,50 +44,82 @@ QVariant unwrapped(QVariant value)
         value = value.value<QDBusVariant>().variant();
     return value;
 }
+
+std::optional<bool> booleanIn(const QVariant &value)
+{
+    return value.metaType() == QMetaType::fromType<bool>() ? std::optional(value.toBool()) : std::nullopt;
+}
 } // namespace
 
-Appearance::Appearance(std::function<void()> changed) : m_changed(std::move(changed))
+Appearance::Appearance(const QString &desktop, std::function<void()> changed) : m_changed(std::move(changed))
 {
+    const QStringList names = desktop.split(u':');
+    if (names.contains(QLatin1String("GNOME"))) {
+        m_panelIsDark = true;
+        return;
+    }
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    bus.connect(Service, Path, Interface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
-    ask();
+    if (names.contains(QLatin1String("XFCE"))) {
+        m_panelIsDark = true; // how its panel looks as long as nobody has set it
+        bus.connect(XfcePanel.service, XfcePanel.path, XfcePanel.interface, QStringLiteral("PropertyChanged"),
+                    this, SLOT(panelSettingChanged(QString, QString, QDBusVariant)));
+        ask(XfcePanel.question(QStringLiteral("GetProperty")),
+            [this](const QVariant &value) { take(m_panelIsDark, booleanIn(value)); });
+        return;
+    }
+    bus.connect(PortalScheme.service, PortalScheme.path, PortalScheme.interface,
+                QStringLiteral("SettingChanged"), this,
+                SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
+    ask(PortalScheme.question(QStringLiteral("Read")),
+        [this](const QVariant &value) { takePortalScheme(value); });
 }
 
-bool Appearance::isDark() const { return m_portalSaysDark.value_or(paletteIsDark()); }
-
-void Appearance::ask()
+bool Appearance::isDark() const
 {
-    QDBusMessage question = QDBusMessage::createMethodCall(Service, Path, Interface, QStringLiteral("Read"));
-    question << Group << Key;
-    question.setAutoStartService(false); // a desktop that has a portal runs it; none is started for an icon's colour
-    auto *answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
-        const QDBusPendingReply<QVariant> reply = *call;
-        if (!reply.isError())
-            take(unwrapped(reply.value()));
-        call->deleteLater();
-    });
+    if (m_panelIsDark)
+        return *m_panelIsDark;
+    return m_portalSaysDark ? *m_portalSaysDark : paletteIsDark();
 }
 
-void Appearance::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
+void Appearance::ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer)
 {
-    if (group == Group && key == Key)
-        take(unwrapped(value.variant()));
+    auto *call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this,
+            [answer = std::move(answer)](QDBusPendingCallWatcher *finished) {
+                const QDBusPendingReply<QDBusVariant> reply = *finished;
+                if (!reply.isError())
+                    answer(unwrapped(reply.value().variant()));
+                finished->deleteLater();
+            });
 }
 
-void Appearance::take(const QVariant &scheme)
+void Appearance::portalSettingChanged(const QString &group, const QString &key, const QDBusVariant &value)
 {
-    const bool before = isDark();
+    if (group == PortalScheme.group && key == PortalScheme.key)
+        takePortalScheme(unwrapped(value.variant()));
+}
+
+void Appearance::panelSettingChanged(const QString &channel, const QString &property, const QDBusVariant &value)
+{
+    if (channel == XfcePanel.group && property == XfcePanel.key)
+        take(m_panelIsDark, booleanIn(unwrapped(value.variant())));
+}
+
+void Appearance::takePortalScheme(const QVariant &scheme)
+{
     constexpr uint PrefersDark = 1;
     constexpr uint PrefersLight = 2;
     const uint value = scheme.toUInt();
-    if (value == PrefersDark || value == PrefersLight)
-        m_portalSaysDark = value == PrefersDark;
-    else
-        m_portalSaysDark.reset();
+    const bool known = value == PrefersDark || value == PrefersLight;
+    take(m_portalSaysDark, known ? std::optional(value == PrefersDark) : std::nullopt);
+}
+
+void Appearance::take(std::optional<bool> &answer, std::optional<bool> dark)
+{
+    const bool before = isDark();
+    answer = dark;
     if (isDark() != before)
         m_changed();
 }

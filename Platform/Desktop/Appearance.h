@@ -1,31 +1,39 @@
 #pragma once
 
+#include <QDBusMessage>
 #include <QDBusVariant>
 #include <QObject>
 
 #include <functional>
 #include <optional>
 
-/// Whether the desktop is set to dark: asked of the desktop's settings portal over the session bus, without waiting
-/// for it; until it answers, and where there is none, the palette of the application tells.
-/// Source: XDG Desktop Portal, interface org.freedesktop.portal.Settings, org.freedesktop.appearance color-scheme.
+/// Whether the desktop's panel is dark, as the desktop says: asked over the session bus without waiting for an
+/// answer; until it comes, and where there is none, the palette of the application tells.
+///
+/// Sources: the XDG Desktop Portal's org.freedesktop.portal.Settings, key org.freedesktop.appearance
+/// color-scheme; the panel of Xfce has a switch of its own, channel xfce4-panel, property /panels/dark-mode of
+/// org.xfce.Xfconf; the top bar of GNOME is dark in either scheme.
 class Appearance : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `changed` is called on the main thread when the answer becomes another one.
-    explicit Appearance(std::function<void()> changed);
+    /// `desktop` is what XDG_CURRENT_DESKTOP names; `changed` is called on the main thread when isDark()
+    /// becomes another answer.
+    Appearance(const QString &desktop, std::function<void()> changed);
 
     [[nodiscard]] bool isDark() const;
 
 private Q_SLOTS:
-    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    void portalSettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    void panelSettingChanged(const QString &channel, const QString &property, const QDBusVariant &value);
 
 private:
-    void ask();
-    void take(const QVariant &scheme);
+    void ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer);
+    void take(std::optional<bool> &answer, std::optional<bool> dark);
+    void takePortalScheme(const QVariant &scheme);
 
     std::function<void()> m_changed;
+    std::optional<bool> m_panelIsDark; ///< the panel's own word, before all others
     std::optional<bool> m_portalSaysDark;
 };

@@ -13,7 +13,10 @@ void MenuIconAnimation::startAnimation()
     animateIcons();
 }
 
-void MenuIconAnimation::stopAnimation() { m_animationTimer.reset(); }
+void MenuIconAnimation::stopAnimation()
+{
+    m_animationTimer.reset();
+}
 
 void MenuIconAnimation::animateIcons()
 {
@@ -31,7 +34,10 @@ void MenuIconAnimation::startBlinking()
     blinkIcons();
 }
 
-void MenuIconAnimation::stopBlinking() { m_blinkingTimer.reset(); }
+void MenuIconAnimation::stopBlinking()
+{
+    m_blinkingTimer.reset();
+}
 
 void MenuIconAnimation::blinkIcons()
 {

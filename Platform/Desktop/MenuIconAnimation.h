@@ -15,7 +15,8 @@ public:
     static constexpr Clock::Duration BlinkingPeriod{400};
 
     /// Names of images; `blinkingIcons` are two, shown in turn.
-    MenuIconAnimation(StatusItem &statusItem, Clock &clock, QStringList animatingIcons, QStringList blinkingIcons = {});
+    MenuIconAnimation(StatusItem &statusItem, Clock &clock, QStringList animatingIcons,
+                      QStringList blinkingIcons = {});
 
     /// Starts with the next image at once and shows one every AnimationPeriod; a running animation starts anew.
     void startAnimation();

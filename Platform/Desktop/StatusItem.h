@@ -8,13 +8,14 @@ class StatusItem
 public:
     virtual ~StatusItem() = default;
 
-    /// Shows the image of that name from the bundle's `images` folder (SVG, else PNG), untinted, on a ground of 20 by
-    /// 16 points. A name without an image leaves the one that is shown.
+    /// Shows the image of that name from the bundle's `images` folder (SVG, else PNG), untinted, on a ground of
+    /// 20 by 16 points. A name without an image leaves the one that is shown.
     virtual void setImage(const QString &name) = 0;
     /// The name of the image that is shown; empty before the first.
     [[nodiscard]] virtual QString imageName() const = 0;
 
-    /// The text that the panel shows when the pointer rests on the item; plain text, lines parted by line feeds.
+    /// The text that the panel shows when the pointer rests on the item; plain text, lines parted by line
+    /// feeds.
     virtual void setToolTip(const QString &text) = 0;
     [[nodiscard]] virtual QString toolTip() const = 0;
 };

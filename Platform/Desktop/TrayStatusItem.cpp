@@ -4,7 +4,9 @@
 
 #include <QFileInfo>
 
-TrayStatusItem::TrayStatusItem(QString imageFolder) : m_imageFolder(std::move(imageFolder)) {}
+TrayStatusItem::TrayStatusItem(QString imageFolder) : m_imageFolder(std::move(imageFolder))
+{
+}
 
 QIcon TrayStatusItem::load(const QString &name) const
 {

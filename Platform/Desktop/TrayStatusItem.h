@@ -8,8 +8,8 @@
 
 #include <optional>
 
-/// The status item in the desktop's panel: a StatusNotifierItem where the desktop has a host for them, an XEmbed
-/// window otherwise.
+/// The status item in the desktop's panel: a StatusNotifierItem where the desktop has a host for them, an
+/// XEmbed window otherwise.
 class TrayStatusItem : public StatusItem
 {
 public:

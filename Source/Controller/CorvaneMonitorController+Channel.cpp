@@ -1,5 +1,5 @@
-// The controller's end of the channel to the backup daemon: what it is asked for while the channel connects, and what
-// it sends.
+// The controller's end of the channel to the backup daemon: what it is asked for while the channel connects,
+// and what it sends.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
@@ -9,7 +9,10 @@
 #include "Source/Logger/QNLogger.h"
 #include "Utility/Paths/PathTable.h"
 
-void CorvaneMonitorController::connectToDemon() { mTCPWithDaemon->connectToDemon(); }
+void CorvaneMonitorController::connectToDemon()
+{
+    mTCPWithDaemon->connectToDemon();
+}
 
 void CorvaneMonitorController::sendData(const QVariantMap &message, qint64 tag)
 {
@@ -25,23 +28,34 @@ void CorvaneMonitorController::sendDataToDaemonForCoreOperation(const std::optio
         .isRestore = schedulerController.currentScheduleType == QNXScheduleType::restore,
         .isDedup = QNUtility::userType == EUserType::Dedup,
     };
-    mTCPWithDaemon->send(OutboundMessages::clientCoreOperation(details.value_or(QVariantMap()), action, operation));
+    mTCPWithDaemon->send(
+        OutboundMessages::clientCoreOperation(details.value_or(QVariantMap()), action, operation));
 }
 
-std::optional<qint64> CorvaneMonitorController::daemonPort() const
+std::optional<qint64> CorvaneMonitorController::daemonPort()
 {
-    const auto file = PropertyList::readDictionary(pathValue(QLatin1String("TCPPortFile"), {}));
+    // Asked for a hundred times a second while the daemon is away, so the file is read only when it has
+    // changed.
+    const auto port = m_portFile.read(pathValue(QLatin1String("TCPPortFile"), {}));
+    if (port)
+        return *port;
+    QNLogger::logMonitorTrace(
+        QStringLiteral("The backup daemon has published no port; nothing connects to it"));
+    return std::nullopt;
+}
+
+std::shared_ptr<const qint64> CorvaneMonitorController::decodePortFile(const QString &path)
+{
+    const auto file = PropertyList::readDictionary(path);
     const auto port = file ? PropertyList::intValue(*file, QStringLiteral("port")) : std::nullopt;
-    if (!port)
-        QNLogger::logMonitorTrace(QStringLiteral("The backup daemon has published no port; nothing connects to it"));
-    return port;
+    return port ? std::make_shared<const qint64>(*port) : nullptr;
 }
 
 QVariantMap CorvaneMonitorController::pingDetails()
 {
     dataDict = UserRecords::getActiveUserDetails().value_or(QVariantMap());
-    return OutboundMessages::pingDetails(loggedInProfile, PropertyList::textValue(dataDict, QStringLiteral("Username")),
-                                         {});
+    return OutboundMessages::pingDetails(loggedInProfile,
+                                         PropertyList::textValue(dataDict, QStringLiteral("Username")), {});
 }
 
 void CorvaneMonitorController::channelDidConnect()
@@ -49,14 +63,19 @@ void CorvaneMonitorController::channelDidConnect()
     QNLogger::logMonitorTrace(QStringLiteral("Connected to the backup daemon"));
 }
 
-void CorvaneMonitorController::channelDidDisconnect() {}
+void CorvaneMonitorController::channelDidDisconnect()
+{
+}
 
 void CorvaneMonitorController::didReceiveProgress(const DaemonMessage &report)
 {
     didReceiveIPCMessageOperationForProgress(report);
 }
 
-void CorvaneMonitorController::didReceiveMessage(const QVariantList &message) { didReceiveIPCMessage(message); }
+void CorvaneMonitorController::didReceiveMessage(const QVariantList &message)
+{
+    didReceiveIPCMessage(message);
+}
 
 void CorvaneMonitorController::didRefusePayload(const QString &reason)
 {

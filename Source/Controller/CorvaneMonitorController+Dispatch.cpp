@@ -1,5 +1,5 @@
-// Messages of the daemons. What is known of a message is its text and its number; the rows below say what each number
-// does. A row that needs a dictionary does nothing when it gets something else.
+// Messages of the daemons. What is known of a message is its text and its number; the rows below say what each
+// number does. A row that needs a dictionary does nothing when it gets something else.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
@@ -19,7 +19,8 @@ QString CorvaneMonitorController::getMessageForID(const QString &message) const
         message, MonitorMessages::bundleTable(),
         {.localise = [](const QString &text) { return text.isEmpty() ? text : localized(text); },
          .resolveSyncPath = [](const QString &tail) -> std::optional<QString> {
-             const auto folders = PropertyList::readDictionary(pathValue(QLatin1String("SyncFolderReferenceInfoPath"), {}));
+             const auto folders =
+                 PropertyList::readDictionary(pathValue(QLatin1String("SyncFolderReferenceInfoPath"), {}));
              const auto user = UserRecords::getLastLoggedInUser();
              const auto folder =
                  folders && user ? PropertyList::textValue(*folders, user->toLower()) : std::nullopt;

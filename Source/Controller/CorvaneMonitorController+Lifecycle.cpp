@@ -1,5 +1,5 @@
-// The start of the program. Each step may rely on all that stand above it; the channel comes last, so that the first
-// message finds everything in place.
+// The start of the program. Each step may rely on all that stand above it; the channel comes last, so that the
+// first message finds everything in place.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
@@ -51,7 +51,10 @@ void CorvaneMonitorController::awakeFromNib()
 
     isDarkModeEnabled = applicationIsOnTheDarkSide();
     takeUserRecord();
-    schedulerController.isScheduleBackupInProgress(); // finds the account whose markers the icon asks for
+    // Finds the account whose markers the icon asks for. Where no job runs that is nobody, which is not the
+    // same as not yet known: reports are dropped unseen only before this.
+    if (!schedulerController.isScheduleBackupInProgress() && !schedulerController.currentscheduleuser)
+        schedulerController.currentscheduleuser = QString();
     setStatusMenuIconForState(MenuIcons::normal);
     showFirstToolTip();
 

@@ -1,5 +1,6 @@
-// A job's reports on their way to icon and tool tip. They may come by the thousand: what the files say of the job is
-// looked up once a turn of the event loop, and a report that changes nothing on the screen ends after its rule.
+// A job's reports on their way to icon and tool tip. They may come by the thousand: what the files say of the
+// job is looked up once a turn of the event loop, and a report that changes nothing on the screen ends after
+// its rule.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
@@ -76,28 +77,26 @@ void CorvaneMonitorController::didReceiveOperationProgress(const DaemonMessage &
 
 void CorvaneMonitorController::showReportTip(ReportRules::Tip tip)
 {
-    const LocalizedText *text = nullptr;
+    const ReportTip shown{mainThreadTurn(), tip};
+    if (tip == ReportRules::Tip::Keep || m_reportTip == shown)
+        return;
     switch (tip) {
     case ReportRules::Tip::Keep:
-        return;
+        break;
     case ReportRules::Tip::InteractiveProgress:
-        text = &intBackupProgressTooltip;
+        setStatusMenuToolTip(intBackupProgressTooltip.text(), syncDaemonTooltip);
         break;
     case ReportRules::Tip::InteractivePaused:
-        text = &intBackupPausedTooltip;
+        setStatusMenuToolTip(intBackupPausedTooltip.text(), syncDaemonTooltip);
         break;
     case ReportRules::Tip::ScheduledProgress:
-        text = &backupProgressTooltip;
+        setStatusMenuToolTip(backupProgressTooltip.text(), syncDaemonTooltip);
         break;
     case ReportRules::Tip::ScheduledPaused:
-        text = &scheduleJobPausedTooltip;
+        setStatusMenuToolTip(scheduleJobPausedTooltip.text(), syncDaemonTooltip);
         break;
     }
-    const quint64 turn = mainThreadTurn();
-    if (m_reportTipTurn == turn && corvaneDaemonTooltip == text->text())
-        return;
-    m_reportTipTurn = turn;
-    setStatusMenuToolTip(text->text(), syncDaemonTooltip);
+    m_reportTip = shown;
 }
 
 void CorvaneMonitorController::schedulePaused()
@@ -109,8 +108,8 @@ void CorvaneMonitorController::schedulePaused()
 
 void CorvaneMonitorController::scheduleResumed()
 {
-    const QString tip =
-        isBackupInProgress() ? backupProgressTooltip.text() : localized(pathValue(QLatin1String("ApplicationFullName")));
+    const QString tip = isBackupInProgress() ? backupProgressTooltip.text()
+                                             : localized(pathValue(QLatin1String("ApplicationFullName")));
     setStatusMenuToolTip(tip, syncDaemonTooltip);
     std::ignore = AtomicFile::writeText(schedulerStatusInfoPath, QStringLiteral("1"));
     setStatusMenuIconForState(MenuIcons::normal); // last: it reads what was just written

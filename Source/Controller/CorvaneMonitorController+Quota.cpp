@@ -1,4 +1,5 @@
-// The pass that runs every 10 seconds and brings icon and tool tip in line with the files, whatever message was missed.
+// The pass that runs every 10 seconds and brings icon and tool tip in line with the files, whatever message was
+// missed.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
@@ -50,8 +51,8 @@ void CorvaneMonitorController::evaluateWithinLimit(const QString &username)
 {
     blinkingTimer.reset();
     const bool syncRests =
-        !mIsSyncEnabled.value_or(false)
-        || (syncDaemonTooltip && StatusRules::isFinalForQuotaPass(*syncDaemonTooltip, syncDaemonPreviousToolTip));
+        !mIsSyncEnabled.value_or(false) ||
+        (syncDaemonTooltip && StatusRules::isFinalForQuotaPass(*syncDaemonTooltip, syncDaemonPreviousToolTip));
     if (syncRests)
         setStatusMenuIconForState(MenuIcons::normal);
 
@@ -63,4 +64,7 @@ void CorvaneMonitorController::evaluateWithinLimit(const QString &username)
     }
 }
 
-void CorvaneMonitorController::blinkStatusImageOnQuotaExceed() { setStatusMenuIconForState(MenuIcons::upgrade); }
+void CorvaneMonitorController::blinkStatusImageOnQuotaExceed()
+{
+    setStatusMenuIconForState(MenuIcons::upgrade);
+}

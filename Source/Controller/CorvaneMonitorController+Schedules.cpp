@@ -1,5 +1,5 @@
-// What the schedule archive and the job's markers say, turned into texts. Every question reads the files as they are
-// now; the scheduler controller looks whether they changed.
+// What the schedule archive and the job's markers say, turned into texts. Every question reads the files as
+// they are now; the scheduler controller looks whether they changed.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
@@ -75,16 +75,18 @@ bool CorvaneMonitorController::isScheduledBackupPaused() const
 
 bool CorvaneMonitorController::isBackupJobPaused() const
 {
-    const QString path = pathValue(QLatin1String("BackupJobThrottlePath"), {m_lastLoggedInUser.value_or(QString())});
+    const QString path =
+        pathValue(QLatin1String("BackupJobThrottlePath"), {m_lastLoggedInUser.value_or(QString())});
     return AtomicFile::readText(path) == QStringLiteral("-1");
 }
 
 bool CorvaneMonitorController::isBackupInProgress()
 {
     const QVariantMap status =
-        PropertyList::readDictionary(pathValue(QLatin1String("ApplicationStatusPath"), {})).value_or(QVariantMap());
-    if (PropertyList::textValue(status, QStringLiteral("Interactive")).value_or(QString()) == signedInUser()
-        && !signedInUser().isEmpty())
+        PropertyList::readDictionary(pathValue(QLatin1String("ApplicationStatusPath"), {}))
+            .value_or(QVariantMap());
+    if (PropertyList::textValue(status, QStringLiteral("Interactive")).value_or(QString()) == signedInUser() &&
+        !signedInUser().isEmpty())
         return true;
     const auto scheduled = PropertyList::textValue(status, QStringLiteral("Schedule"));
     const auto records = schedulerController.corvaneSchedulerDetailsForAllUsers();
@@ -99,9 +101,15 @@ bool CorvaneMonitorController::checkforAnyScheduledJob(const QString &user)
     return schedulerController.hasScheduledOnlineBackup(user);
 }
 
-std::optional<QString> CorvaneMonitorController::lastLoggedInUser() const { return m_lastLoggedInUser; }
+std::optional<QString> CorvaneMonitorController::lastLoggedInUser() const
+{
+    return m_lastLoggedInUser;
+}
 
-std::optional<QString> CorvaneMonitorController::consoleUser() const { return ::consoleUser(); }
+std::optional<QString> CorvaneMonitorController::consoleUser() const
+{
+    return ::consoleUser();
+}
 
 bool CorvaneMonitorController::isTQL() const
 {
@@ -114,4 +122,7 @@ std::optional<QString> CorvaneMonitorController::schedulerSettingsFile() const
     return pathValue(QLatin1String("SchedulerSettingsFile"), {});
 }
 
-QDateTime CorvaneMonitorController::now() const { return m_clock.now(); }
+QDateTime CorvaneMonitorController::now() const
+{
+    return m_clock.now();
+}

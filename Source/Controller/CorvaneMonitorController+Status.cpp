@@ -1,7 +1,7 @@
-// Icon and tool tip. Two sources feed them: the backup side (a job, the schedule, the quota) and the sync side (the
-// sync daemon's status line). Nothing of the answer is stored; each call derives it anew from files and fields, by the
-// rules in StatusRules. Three things must hold: a sync line is taken before the text is put together, the line is kept
-// before the icon is asked for, and the icon never waits for the text.
+// Icon and tool tip. Two sources feed them: the backup side (a job, the schedule, the quota) and the sync side
+// (the sync daemon's status line). Nothing of the answer is stored; each call derives it anew from files and
+// fields, by the rules in StatusRules. Three things must hold: a sync line is taken before the text is put
+// together, the line is kept before the icon is asked for, and the icon never waits for the text.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
@@ -62,8 +62,7 @@ void CorvaneMonitorController::evaluateNormalIcon()
         .syncEnabled = mIsSyncEnabled.value_or(false),
         .syncEntryOn = syncStateEntry(),
         .syncAnimationRuns = syncAnimationRuns(),
-        .scheduledPauseTest =
-            jobPaused || switchFile() == ScheduleSwitch::JobPaused,
+        .scheduledPauseTest = jobPaused || switchFile() == ScheduleSwitch::JobPaused,
         .scheduledBackupPaused = jobPaused,
     });
     if (icon.stopAnimation)
@@ -94,7 +93,8 @@ bool CorvaneMonitorController::evaluateQuotaWarning()
 
 void CorvaneMonitorController::evaluateSyncActivity()
 {
-    switch (StatusRules::syncActivity(syncDaemonTooltip, mIsSyncEnabled.value_or(false), isMenuIconForSyncAnimating)) {
+    switch (StatusRules::syncActivity(syncDaemonTooltip, mIsSyncEnabled.value_or(false),
+                                      isMenuIconForSyncAnimating)) {
     case StatusRules::SyncActivity::Nothing:
         return;
     case StatusRules::SyncActivity::Settle:
@@ -124,8 +124,8 @@ void CorvaneMonitorController::stopSyncAnimation()
 
 bool CorvaneMonitorController::syncAnimationRuns() const
 {
-    return (syncMenuAnimator && syncMenuAnimator->isAnimating())
-           || (syncBWMenuAnimator && syncBWMenuAnimator->isAnimating());
+    return (syncMenuAnimator && syncMenuAnimator->isAnimating()) ||
+           (syncBWMenuAnimator && syncBWMenuAnimator->isAnimating());
 }
 
 void CorvaneMonitorController::show(Picture picture)
@@ -170,8 +170,7 @@ void CorvaneMonitorController::darkModeChanged()
 bool CorvaneMonitorController::syncStateEntry() const
 {
     const auto states = PropertyList::readDictionary(pathValue(QLatin1String("SyncStateFilePath"), {}));
-    return states
-           && PropertyList::boolValue(*states, signedInUser().toLower()).value_or(false);
+    return states && PropertyList::boolValue(*states, signedInUser().toLower()).value_or(false);
 }
 
 void CorvaneMonitorController::setStatusMenuToolTip(const std::optional<QString> &message,
@@ -183,6 +182,7 @@ void CorvaneMonitorController::setStatusMenuToolTip(const std::optional<QString>
 void CorvaneMonitorController::setMenuToolTip(const std::optional<QString> &message,
                                               const std::optional<QString> &syncMessage)
 {
+    m_reportTip.reset();
     if (message)
         corvaneDaemonTooltip = message;
     handleSyncMessage(syncMessage);
@@ -214,7 +214,8 @@ void CorvaneMonitorController::handleSyncMessage(const std::optional<QString> &s
         setStatusMenuIconForState(MenuIcons::syncActive);
 }
 
-std::optional<QString> CorvaneMonitorController::constructTooltipMessage(const std::optional<QString> &syncMessage)
+std::optional<QString>
+CorvaneMonitorController::constructTooltipMessage(const std::optional<QString> &syncMessage)
 {
     const QString syncTip = syncDaemonTooltip.value_or(QString());
     switch (StatusRules::toolTipKind({
@@ -246,9 +247,9 @@ QString CorvaneMonitorController::handleNormalTooltipCase(const QString &syncTip
 {
     if (syncTip != syncAccCancelTooltip.text())
         return StatusRules::bothLines(corvaneDaemonTooltip, syncTip);
-    const QString marker =
-        standardizedPath(formatted(cancelledAccountInfoPath, {signedInUser()}));
-    // A marker is its mere existence; the file may be a list that the main application filled, so it is not replaced.
+    const QString marker = standardizedPath(formatted(cancelledAccountInfoPath, {signedInUser()}));
+    // A marker is its mere existence; the file may be a list that the main application filled, so it is not
+    // replaced.
     if (!QFileInfo::exists(marker))
         std::ignore = AtomicFile::write(marker, {});
     return formatted(accountCancelledTooltip, {appFullName});
@@ -265,8 +266,8 @@ QString CorvaneMonitorController::handleSchedulerStatusCase(const QString &syncT
 
 QString CorvaneMonitorController::applicationNameWithVersion() const
 {
-    return StatusRules::buttonToolTip(pathValue(QLatin1String("ApplicationFullName")), Bundle::main().shortVersion(),
-                                      std::nullopt);
+    return StatusRules::buttonToolTip(pathValue(QLatin1String("ApplicationFullName")),
+                                      Bundle::main().shortVersion(), std::nullopt);
 }
 
 void CorvaneMonitorController::setButtonToolTip(const std::optional<QString> &text)

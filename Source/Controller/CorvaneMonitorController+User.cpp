@@ -22,4 +22,7 @@ void CorvaneMonitorController::getPlan(const QString &user)
     mIsUnlimitedUser = kind.isUnlimited;
 }
 
-void CorvaneMonitorController::getPlanForUser() { getPlan(signedInUser()); }
+void CorvaneMonitorController::getPlanForUser()
+{
+    getPlan(signedInUser());
+}

@@ -6,6 +6,7 @@
 #include "Platform/Clock.h"
 #include "Platform/Desktop/MenuIconAnimation.h"
 #include "Platform/Desktop/StatusItem.h"
+#include "Platform/StampedFile.h"
 #include "Source/Controller/ReportRules.h"
 #include "Source/Controller/StatusRules.h"
 #include "Utility/UserRecords.h"
@@ -17,9 +18,9 @@
 #include <memory>
 #include <optional>
 
-/// The central object of the monitor: it lives as long as the process, knows everybody, and is known to the others
-/// only by the roles that it plays for them. All of it runs on the main thread; where a method may be called from
-/// elsewhere its comment says so.
+/// The central object of the monitor: it lives as long as the process, knows everybody, and is known to the
+/// others only by the roles that it plays for them. All of it runs on the main thread; where a method may be
+/// called from elsewhere its comment says so.
 ///
 /// Contents: Lifecycle (+Lifecycle.cpp), User (+User.cpp), Channel (+Channel.cpp), Dispatch (+Dispatch.cpp),
 /// Progress (+Progress.cpp), Schedules (+Schedules.cpp), Status (+Status.cpp), Quota (+Quota.cpp)
@@ -39,17 +40,17 @@ public:
 
     /// @name Lifecycle, in CorvaneMonitorController+Lifecycle.cpp
     /// @{
-    /// The start of the program, in its fixed order: language, cached paths, user, status item, first tool tip, and
-    /// last the connection, so that a message finds everything in place.
+    /// The start of the program, in its fixed order: language, cached paths, user, status item, first tool tip,
+    /// and last the connection, so that a message finds everything in place.
     void awakeFromNib();
     /// @}
 
     /// @name User, in CorvaneMonitorController+User.cpp
     /// @{
     [[nodiscard]] QString userNameOfDetails() const; ///< `Username` of mUserDetails, empty without one
-    [[nodiscard]] QString signedInUser() const;      ///< `Username` of the record as it is now, empty without one
-    void getPlan(const QString &user);               ///< sets the three account kind flags from the user's files
-    void getPlanForUser();                           ///< the same for the signed-in user
+    [[nodiscard]] QString signedInUser() const; ///< `Username` of the record as it is now, empty without one
+    void getPlan(const QString &user);          ///< sets the three account kind flags from the user's files
+    void getPlanForUser();                      ///< the same for the signed-in user
     /// @}
 
     /// @name Channel to the backup daemon, in CorvaneMonitorController+Channel.cpp
@@ -58,14 +59,16 @@ public:
     /// Sends one message; it waits for the connection where there is none yet, and is dropped if it is no JSON.
     void sendData(const QVariantMap &message, qint64 tag);
     /// Sends a pause, resume or stop of the scheduled job; `details` is what the message's data starts from.
-    void sendDataToDaemonForCoreOperation(const std::optional<QVariantMap> &details, ECoreOperationActionType action);
+    void sendDataToDaemonForCoreOperation(const std::optional<QVariantMap> &details,
+                                          ECoreOperationActionType action);
     /// @}
 
     /// @name Dispatch, in CorvaneMonitorController+Dispatch.cpp
     /// @{
     /// Takes a message of either daemon: type or text first, what came with it behind. From any thread.
     void didReceiveIPCMessage(const QVariantList &message);
-    /// The display text of a message id; ids that the table doesn't know come back as they are. From any thread.
+    /// The display text of a message id; ids that the table doesn't know come back as they are. From any
+    /// thread.
     [[nodiscard]] QString getMessageForID(const QString &message) const;
     /// @}
 
@@ -84,7 +87,7 @@ public:
     void checkAndDisplayScheduleToolTip();
     [[nodiscard]] bool isScheduledBackupPaused() const; ///< the pause marker of the running job's account
     [[nodiscard]] bool isBackupJobPaused() const;       ///< the throttle of the signed-in account is held at -1
-    [[nodiscard]] bool isBackupInProgress();            ///< the status list names the signed-in or a job's account
+    [[nodiscard]] bool isBackupInProgress(); ///< the status list names the signed-in or a job's account
     [[nodiscard]] bool checkforAnyScheduledJob(const QString &user);
     /// @}
 
@@ -129,7 +132,8 @@ private:
     void showFirstToolTip();
 
     // Channel
-    [[nodiscard]] std::optional<qint64> daemonPort() const;
+    [[nodiscard]] std::optional<qint64> daemonPort();
+    [[nodiscard]] static std::shared_ptr<const qint64> decodePortFile(const QString &path);
 
     // Dispatch
     void didReceiveToolTip(const QVariantMap &data);
@@ -143,7 +147,13 @@ private:
     [[nodiscard]] const JobFacts &jobFacts();
     [[nodiscard]] bool isReportOfRunningJob(const QString &userName);
     void didReceiveInteractiveOperationProgress(std::optional<ReportRules::ProgressType> type);
-    void didReceiveOperationProgress(const DaemonMessage &report, std::optional<ReportRules::ProgressType> type);
+    void didReceiveOperationProgress(const DaemonMessage &report,
+                                     std::optional<ReportRules::ProgressType> type);
+    struct ReportTip {
+        quint64 turn = 0;
+        ReportRules::Tip tip = ReportRules::Tip::Keep;
+        friend bool operator==(const ReportTip &, const ReportTip &) = default;
+    };
     void showReportTip(ReportRules::Tip tip);
 
     // Schedules
@@ -187,7 +197,8 @@ private:
     std::unique_ptr<Clock::Timer> m_quotaTimer;
 
     // User
-    std::optional<QString> m_lastLoggedInUser; ///< last name read from the record, else the account linked before
+    std::optional<QString>
+        m_lastLoggedInUser; ///< last name read from the record, else the account linked before
     std::optional<QString> loggedInProfile;
     QVariantMap mUserDetails;
     QVariantMap dataDict;
@@ -198,11 +209,13 @@ private:
 
     // Channel
     std::unique_ptr<DaemonChannel> mTCPWithDaemon;
+    FileMemo<qint64> m_portFile{decodePortFile};
 
     // Progress
     std::optional<DaemonMessage> backUpProgressResponseDict; ///< the last whole report
     std::optional<JobFacts> m_jobFacts;
-    quint64 m_reportTipTurn = 0; ///< when a report last had the tool tip set
+    /// What a report last had the tool tip say, and when; empty as soon as anything else sets the tool tip.
+    std::optional<ReportTip> m_reportTip;
 
     // Schedules
     CorvaneSchedulerController schedulerController;

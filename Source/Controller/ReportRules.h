@@ -8,7 +8,15 @@
 namespace ReportRules
 {
 /// What a report tells, by its `progressType`.
-enum class ProgressType { Started = 0, Figures = 1, EnumerationComplete = 2, Retrying = 3, Paused = 4, Resumed = 5, Complete = 6 };
+enum class ProgressType {
+    Started = 0,
+    Figures = 1,
+    EnumerationComplete = 2,
+    Retrying = 3,
+    Paused = 4,
+    Resumed = 5,
+    Complete = 6
+};
 
 /// The type behind a report's number, none for a number without a meaning or no number.
 [[nodiscard]] std::optional<ProgressType> progressType(std::optional<qint64> number);

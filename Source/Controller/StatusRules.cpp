@@ -45,8 +45,9 @@ bool mayPromptUpgrade(bool atLimit, bool isBusiness, const std::optional<QString
 
 bool isFinalSyncLine(const QString &line)
 {
-    return line.isEmpty() || line == allFilesUpToDateTooltip || line == pausedTooltip || line == syncAccCancelTooltip
-           || line == noInternetTooltip || line.startsWith(youHaveExceededTooltip.text());
+    return line.isEmpty() || line == allFilesUpToDateTooltip || line == pausedTooltip ||
+           line == syncAccCancelTooltip || line == noInternetTooltip ||
+           line.startsWith(youHaveExceededTooltip.text());
 }
 
 namespace
@@ -54,9 +55,9 @@ namespace
 /// What the two questions below have in common: a lost network is final after one certain line.
 bool isFinalAfter(const QString &line, const std::optional<QString> &previousLine, const LocalizedText &before)
 {
-    return line.isEmpty() || line == allFilesUpToDateTooltip || line == pausedTooltip || line == syncAccCancelTooltip
-           || line.startsWith(youHaveExceededPrefixTooltip.text())
-           || (line == noInternetTooltip && previousLine == before.text());
+    return line.isEmpty() || line == allFilesUpToDateTooltip || line == pausedTooltip ||
+           line == syncAccCancelTooltip || line.startsWith(youHaveExceededPrefixTooltip.text()) ||
+           (line == noInternetTooltip && previousLine == before.text());
 }
 } // namespace
 
@@ -149,12 +150,16 @@ QString bothLines(const std::optional<QString> &backupTip, const QString &syncTi
     return formatted(backupAndSyncTooltip, {backupTip.value_or(QString()), syncTip});
 }
 
-QString quotaFullLines(const std::optional<QString> &backupTip, const QString &syncTip, const QString &appFullName)
+QString quotaFullLines(const std::optional<QString> &backupTip, const QString &syncTip,
+                       const QString &appFullName)
 {
     return formatted(backupAndSyncQuotaTooltip, {backupTip.value_or(QString()), syncTip, appFullName});
 }
 
-QString withSyncedWording(QString text) { return text.replace(cloudDriveUpToDate.text(), cloudDriveSynced.text()); }
+QString withSyncedWording(QString text)
+{
+    return text.replace(cloudDriveUpToDate.text(), cloudDriveSynced.text());
+}
 
 QString buttonToolTip(const QString &appFullName, const std::optional<QString> &shortVersion,
                       const std::optional<QString> &text)

@@ -28,7 +28,8 @@ enum class Picture {
 [[nodiscard]] double quotaFigure(const QVariant &stored);
 /// Whether the free space, rounded to whole bytes, is 10 or less.
 [[nodiscard]] bool isQuotaAtLimit(const QVariantMap &quotaDetails);
-/// Whether an account at its limit is told to upgrade: only the owner of an account of the product's own plans is.
+/// Whether an account at its limit is told to upgrade: only the owner of an account of the product's own plans
+/// is.
 [[nodiscard]] bool mayPromptUpgrade(bool atLimit, bool isBusiness, const std::optional<QString> &accountType,
                                     bool isPartner);
 
@@ -36,8 +37,8 @@ enum class Picture {
 
 /// A sync status line after which nothing is going on, so that the icon doesn't move.
 [[nodiscard]] bool isFinalSyncLine(const QString &line);
-/// The same question as the evaluation of the normal icon asks it: a lost network is final only when it was already
-/// lost before.
+/// The same question as the evaluation of the normal icon asks it: a lost network is final only when it was
+/// already lost before.
 [[nodiscard]] bool isRestingSyncLine(const QString &line, const std::optional<QString> &previousLine);
 /// And as the quota pass asks it: a lost network is final when all files were up to date before.
 [[nodiscard]] bool isFinalForQuotaPass(const QString &line, const std::optional<QString> &previousLine);
@@ -69,9 +70,9 @@ struct NormalIconInputs {
     std::optional<QString> previousSyncLine;
     bool hasAnimators = false;
     bool syncEnabled = false;
-    bool syncEntryOn = false;         ///< the account's entry in the sync state list
+    bool syncEntryOn = false; ///< the account's entry in the sync state list
     bool syncAnimationRuns = false;
-    bool scheduledPauseTest = false;  ///< the running job's pause marker, or "2" in the switch file
+    bool scheduledPauseTest = false;    ///< the running job's pause marker, or "2" in the switch file
     bool scheduledBackupPaused = false; ///< the running job's pause marker alone
 };
 struct NormalIcon {
@@ -90,7 +91,8 @@ enum class SyncActivity {
     Settle,  ///< note that sync stands still, and evaluate as normal
     Animate, ///< start the animation of this appearance
 };
-[[nodiscard]] SyncActivity syncActivity(const std::optional<QString> &syncLine, bool syncEnabled, bool animatingFlag);
+[[nodiscard]] SyncActivity syncActivity(const std::optional<QString> &syncLine, bool syncEnabled,
+                                        bool animatingFlag);
 
 // --- Tool tip ------------------------------------------------------------------------------------------------
 
