@@ -62,11 +62,16 @@ Appearance::Appearance(const QString &desktop, std::function<void()> changed) : 
     if (!bus.isConnected())
         return;
     if (names.contains(QLatin1String("XFCE"))) {
-        m_panelIsDark = true; // how its panel looks as long as nobody has set it
         bus.connect(XfcePanel.service, XfcePanel.path, XfcePanel.interface, QStringLiteral("PropertyChanged"),
                     this, SLOT(panelSettingChanged(QString, QString, QDBusVariant)));
-        ask(XfcePanel.question(QStringLiteral("GetProperty")),
-            [this](const QVariant &value) { take(m_panelIsDark, booleanIn(value)); });
+        ask(
+            XfcePanel.question(QStringLiteral("GetProperty")),
+            [this](const QVariant &value) { take(m_panelIsDark, booleanIn(value)); },
+            [this](const QString &error) {
+                // How its panel looks as long as nobody has set it.
+                if (error == QLatin1String("org.xfce.Xfconf.Error.PropertyNotFound"))
+                    take(m_panelIsDark, true);
+            });
         return;
     }
     bus.connect(PortalScheme.service, PortalScheme.path, PortalScheme.interface,
@@ -83,14 +88,17 @@ bool Appearance::isDark() const
     return m_portalSaysDark ? *m_portalSaysDark : paletteIsDark();
 }
 
-void Appearance::ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer)
+void Appearance::ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer,
+                     std::function<void(const QString &)> failure)
 {
     auto *call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(call, &QDBusPendingCallWatcher::finished, this,
-            [answer = std::move(answer)](QDBusPendingCallWatcher *finished) {
+            [answer = std::move(answer), failure = std::move(failure)](QDBusPendingCallWatcher *finished) {
                 const QDBusPendingReply<QDBusVariant> reply = *finished;
                 if (!reply.isError())
                     answer(unwrapped(reply.value().variant()));
+                else if (failure)
+                    failure(reply.error().name());
                 finished->deleteLater();
             });
 }

@@ -29,7 +29,8 @@ private Q_SLOTS:
     void panelSettingChanged(const QString &channel, const QString &property, const QDBusVariant &value);
 
 private:
-    void ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer);
+    void ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer,
+             std::function<void(const QString &)> failure = {});
     void take(std::optional<bool> &answer, std::optional<bool> dark);
     void takePortalScheme(const QVariant &scheme);
 

@@ -27,8 +27,9 @@ demo() (
     export HOME=$home XDG_CONFIG_HOME=$home/.config XDG_CACHE_HOME=$home/.cache XDG_DATA_HOME=$home/.local/share
     mkdir -p "$home/logs"
     if [[ $own_display ]]; then
-        export XDG_RUNTIME_DIR=$home/runtime NO_AT_BRIDGE=1 XDG_CURRENT_DESKTOP=XFCE
-        unset SESSION_MANAGER
+        export XDG_RUNTIME_DIR=$home/runtime NO_AT_BRIDGE=1
+        unset SESSION_MANAGER XDG_CURRENT_DESKTOP
+        [[ $host == panel ]] && export XDG_CURRENT_DESKTOP=XFCE
         mkdir -m 700 "$XDG_RUNTIME_DIR"
         write_panel_settings "$home" "$look"
         start_session_bus "$home/logs/bus"
