@@ -23,6 +23,11 @@ Child::Child(QString name, QString program, QStringList arguments, QObject *pare
     m_process.setProgram(program);
     m_process.setArguments(arguments);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.setChildProcessModifier([] { // the console blocks the signals that it reads
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+    });
     connect(&m_process, &QProcess::readyRead, this, &Child::readLines);
     connect(&m_process, &QProcess::finished, this, [this] {
         readLines();

@@ -7,26 +7,25 @@
 #include <QTextStream>
 
 #include <csignal>
-#include <sys/eventfd.h>
+#include <sys/signalfd.h>
 
 namespace
 {
-int s_signalWake = -1;
-
-/// Ends the event loop on a signal to end, so that every program of the console is ended with it.
+/// Ends the event loop on a signal to end, so that every program of the console is ended with it. The signals
+/// are blocked and read from a descriptor; whoever starts a child unblocks them there.
 void quitOnSignals(QCoreApplication &application)
 {
-    s_signalWake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    auto *notifier = new QSocketNotifier(s_signalWake, QSocketNotifier::Read, &application);
+    sigset_t ending;
+    sigemptyset(&ending);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        sigaddset(&ending, number);
+    pthread_sigmask(SIG_BLOCK, &ending, nullptr);
+    auto *notifier = new QSocketNotifier(signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK),
+                                         QSocketNotifier::Read, &application);
     QObject::connect(notifier, &QSocketNotifier::activated, &application, [notifier] {
         notifier->setEnabled(false);
         QCoreApplication::exit(130);
     });
-    // A handler, and no blocked signals read from a descriptor: the children would inherit the blocking.
-    struct sigaction action = {};
-    action.sa_handler = [](int) { (void)eventfd_write(s_signalWake, 1); };
-    for (const int number : {SIGINT, SIGTERM, SIGHUP})
-        sigaction(number, &action, nullptr);
 }
 
 bool enqueueScript(Console &console, const QString &path)
