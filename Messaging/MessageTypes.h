@@ -36,3 +36,30 @@ enum Number : int {
 /// when that has no number.
 [[nodiscard]] int numberOf(const QVariant &second, const QString &name);
 } // namespace MessageTypes
+
+/// Numbers of the messages between the sync daemon and the monitor.
+namespace SyncMessage
+{
+enum Number : int {
+    StatusLine = 500,
+    PushNote = 501,
+    Pause = 502,             ///< to the daemon
+    PauseStateChanged = 503, ///< from it; to it: resume
+    QuotaExceeded = 504,
+    QuotaFull = 505,
+    Disable = 506, ///< to the daemon
+    Unlinked = 507,
+    QuotaRecalculated = 508, ///< from it; to it: recalculate
+    PasswordChanged = 509,
+    Connected = 510, ///< to the daemon
+    FolderPathMayChange = 511,
+    FolderDeleted = 512,
+    SelectiveSyncModified = 513,
+    SelectiveSyncView = 514,
+    Echo = 515, ///< both ways
+    ReinitializationDone = 516,
+    Reinitialize = 517, ///< to the daemon
+    PauseOrResume = 5000,
+    Language = 5001, ///< to the daemon
+};
+} // namespace SyncMessage

@@ -15,7 +15,20 @@
 namespace
 {
 constexpr std::chrono::milliseconds ReapPause{10};
+
+QList<qint64> children()
+{
+    QFile list(QStringLiteral("/proc/self/task/%1/children").arg(getpid()));
+    if (!list.open(QIODevice::ReadOnly))
+        return {};
+    QList<qint64> pids;
+    for (const QByteArray &word : list.readAll().simplified().split(' ')) {
+        if (!word.isEmpty())
+            pids.append(word.toLongLong());
+    }
+    return pids;
 }
+} // namespace
 
 Child::Child(QString name, QString program, QStringList arguments, QObject *parent)
     : QObject(parent), m_name(std::move(name))
@@ -29,7 +42,8 @@ Child::Child(QString name, QString program, QStringList arguments, QObject *pare
         sigprocmask(SIG_SETMASK, &none, nullptr);
     });
     connect(&m_process, &QProcess::readyRead, this, &Child::readLines);
-    connect(&m_process, &QProcess::finished, this, [this] {
+    connect(&m_process, &QProcess::finished, this, [this](int code, QProcess::ExitStatus status) {
+        m_exitCode = status == QProcess::NormalExit ? std::optional(code) : std::nullopt;
         readLines();
         Q_EMIT ended();
     });
@@ -56,8 +70,14 @@ bool Child::isRunning() const
     return m_process.state() == QProcess::Running;
 }
 
+std::optional<int> Child::exitCode() const
+{
+    return m_exitCode;
+}
+
 bool Child::start()
 {
+    m_exitCode.reset();
     m_process.start();
     return m_process.waitForStarted();
 }
@@ -98,14 +118,10 @@ void adoptOrphans()
 QList<qint64> childrenRunning(const QString &program)
 {
     const QString wanted = QFileInfo(program).canonicalFilePath();
-    QFile list(QStringLiteral("/proc/self/task/%1/children").arg(getpid()));
-    if (!list.open(QIODevice::ReadOnly))
-        return {};
     QList<qint64> found;
-    for (const QByteArray &word : list.readAll().simplified().split(' ')) {
-        const QString link = QStringLiteral("/proc/%1/exe").arg(QString::fromLatin1(word));
-        if (!word.isEmpty() && QFile::symLinkTarget(link) == wanted)
-            found.append(word.toLongLong());
+    for (const qint64 pid : children()) {
+        if (!wanted.isEmpty() && QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(pid)) == wanted)
+            found.append(pid);
     }
     return found;
 }
@@ -123,4 +139,21 @@ void endChildrenRunning(const QString &program, std::chrono::milliseconds patien
             QThread::msleep(static_cast<unsigned long>(ReapPause.count()));
         }
     }
+}
+
+QList<std::optional<int>> reapEnded(const QString &program)
+{
+    constexpr qsizetype KernelNameLength = 15;
+    const QByteArray wanted = QFile::encodeName(QFileInfo(program).fileName()).left(KernelNameLength);
+    QList<std::optional<int>> exits;
+    for (const qint64 pid : children()) {
+        // Of a process that has ended, the name is all that is left to know it by.
+        QFile name(QStringLiteral("/proc/%1/comm").arg(pid));
+        if (!name.open(QIODevice::ReadOnly) || name.readAll().trimmed() != wanted)
+            continue;
+        int status = 0;
+        if (::waitpid(static_cast<pid_t>(pid), &status, WNOHANG) > 0)
+            exits.append(WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt);
+    }
+    return exits;
 }

@@ -2,9 +2,9 @@
 
 #include "Companions/Common/Commands.h"
 #include "Companions/Console/Child.h"
+#include "Companions/Console/MenuProbe.h"
 #include "Companions/Console/StatusItemProbe.h"
 
-#include <QDeadlineTimer>
 #include <QQueue>
 #include <QTimer>
 
@@ -14,13 +14,24 @@
 
 /// Where the console finds the programs it drives.
 struct ConsoleSettings {
-    QString companionsFolder; ///< the daemon and the main application
+    QString companionsFolder; ///< the daemons and the main application
     QString monitor;          ///< executable of the monitor
     QString table;            ///< path table for the companions; empty for their own search
-    QString screenshotTool;   ///< program that takes the picture file to write as its argument
+    QString screenshotTool;   ///< program that is given the picture file to write, and tip or menu
     QString picturePrefix;    ///< goes before the name of each picture
     QString outFolder;        ///< where pictures go
 };
+
+/// What an expectation names, and how long it may take to come.
+struct Wanted {
+    static constexpr std::chrono::seconds DefaultLimit{10};
+
+    QString text;
+    std::chrono::seconds limit = DefaultLimit;
+};
+
+/// Reads "TEXT [SECONDS]"; quotation marks keep a number at the end of the text apart from the limit.
+[[nodiscard]] Wanted wantedOf(const QString &words);
 
 /// Drives the demo world: owns its programs, and runs commands one after the other, each when the one before
 /// has come to its end. The same language serves a person at the prompt and a script.
@@ -53,7 +64,6 @@ private:
     };
 
     void addProgramCommands();
-    void addWatchCommands();
     void addCommand(const QString &name, const QString &usage, Action action);
     void runNext();
     void run(const QString &line);
@@ -63,20 +73,49 @@ private:
     void startChild(Child &child, bool answersStart);
     void stopChild(Child &child, const QString &command);
     void forward(Child &child, const QString &line);
-    void stopMonitor();
-    void expectToolTip(const QString &rest);
-    void expectNewToolTip(const QStringList &words);
-    void watchToolTip(std::chrono::seconds limit, std::function<bool(const QString &)> isMet);
-    void takeScreenshot(const QString &name);
+    void runSyncCommand(const QStringList &words, const QString &rest);
     void printHelp();
     void printHelpOf(QList<Child *> children);
+
+    /// @name What starts and ends, in ConsoleLife.cpp
+    /// @{
+    void addLifeCommands();
+    void endAll();
+    void runApplicationCommand(const QString &verb);
+    void expectApplication(const QString &text);
+    void stopMonitor();
+    void signalMonitor(const QString &name);
+    void startSecondMonitor();
+    void expectMonitorEnded(const QString &text);
+    /// @}
+
+    /// @name What is seen, in ConsoleWatch.cpp
+    /// @{
+    void addWatchCommands();
+    void runExpect(const QStringList &words, const QString &rest);
+    /// Looks again and again, until a look is good or the time is over; the last look is the answer.
+    void watch(std::chrono::seconds limit, std::function<CommandResult()> look);
+    void expectToolTip(const QString &text);
+    void expectNewToolTip(const QString &text);
+    void watchToolTip(std::chrono::seconds limit, std::function<bool(const QString &)> isMet);
+    [[nodiscard]] std::optional<QList<MenuEntry>> openMenu() const;
+    void expectMenu(const QString &text);
+    void expectNoMenu(const QString &text);
+    void expectFile(const QString &text);
+    void show(const QString &what);
+    void clickItem(const QString &title);
+    void takePicture(const QString &what, const QString &name);
+    /// @}
 
     ConsoleSettings m_settings;
     OnFailure m_onFailure;
     StatusItemProbe m_probe;
     Child m_daemon;
-    Child m_application;
+    Child m_sync;
+    Child m_application; ///< does what its user does, and is not seen to run
+    Child m_front;       ///< under its own name, so that the monitor finds it running
     Child m_monitor;
+    std::unique_ptr<Child> m_second; ///< a monitor started beside the first
     std::map<QString, Command> m_commands;
     QQueue<QString> m_queue;
     QTimer m_deadline;              ///< of the command that runs

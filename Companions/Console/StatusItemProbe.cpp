@@ -66,7 +66,18 @@ std::optional<QString> StatusItemProbe::toolTip() const
     return textOfToolTip(argument);
 }
 
-std::optional<StatusItemProbe::Address> StatusItemProbe::findItem() const
+std::optional<BusAddress> StatusItemProbe::menu() const
+{
+    const auto item = findItem();
+    if (!item)
+        return std::nullopt;
+    const QVariant value = property(item->service, item->path, QStringLiteral("org.kde.StatusNotifierItem"),
+                                    QStringLiteral("Menu"));
+    const QString path = value.value<QDBusObjectPath>().path();
+    return path.isEmpty() ? std::nullopt : std::optional(BusAddress{item->service, path});
+}
+
+std::optional<BusAddress> StatusItemProbe::findItem() const
 {
     const QVariant items = property(
         QStringLiteral("org.kde.StatusNotifierWatcher"), QStringLiteral("/StatusNotifierWatcher"),
@@ -76,7 +87,7 @@ std::optional<StatusItemProbe::Address> StatusItemProbe::findItem() const
         const qsizetype slash = item.indexOf(u'/');
         const QString service = slash < 0 ? item : item.left(slash);
         if (belongsToProgram(service))
-            return Address{service, slash < 0 ? QStringLiteral("/StatusNotifierItem") : item.mid(slash)};
+            return BusAddress{service, slash < 0 ? QStringLiteral("/StatusNotifierItem") : item.mid(slash)};
     }
     return std::nullopt;
 }

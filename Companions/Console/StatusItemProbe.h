@@ -4,6 +4,12 @@
 
 #include <optional>
 
+/// An object of another program on the session bus.
+struct BusAddress {
+    QString service;
+    QString path;
+};
+
 /// What the desktop's host is told of the status item of a program: read over the session bus, the way the host
 /// itself reads it.
 class StatusItemProbe
@@ -15,12 +21,11 @@ public:
     /// The text of the item's tool tip; empty optional when the program has no item at a host.
     [[nodiscard]] std::optional<QString> toolTip() const;
 
+    /// Where the item says that its menu is; empty when there is no item, or none with a menu.
+    [[nodiscard]] std::optional<BusAddress> menu() const;
+
 private:
-    struct Address {
-        QString service;
-        QString path;
-    };
-    [[nodiscard]] std::optional<Address> findItem() const;
+    [[nodiscard]] std::optional<BusAddress> findItem() const;
     [[nodiscard]] bool belongsToProgram(const QString &service) const;
 
     QString m_program;

@@ -71,8 +71,7 @@ bool AccountFiles::writeDetails(const Account &account)
                                   {QStringLiteral("IsExpiredAccount"), false},
                                   {QStringLiteral("shouldDisplayUpgrade"), true},
                                   {QStringLiteral("ErrorMessage"), QString()}});
-    written &=
-        writeWholeFile(path(QStringLiteral("AccountTypeFilePath")), account.isSubAccount ? "true" : "false");
+    written &= setSubAccount(account.name, account.isSubAccount);
     written &= setPlan(account.name, account.plan);
     if (account.usesEngine)
         written &= writeWholeFile(path(QStringLiteral("TqlUserDetails")), {});
@@ -109,4 +108,10 @@ bool AccountFiles::setQuota(const QString &account, double usedMebibytes, double
 bool AccountFiles::setPlan(const QString &account, const QString &plan)
 {
     return writeWholeFile(m_table.path(QStringLiteral("AccountPlanFilePath"), {account}), plan.toUtf8());
+}
+
+bool AccountFiles::setSubAccount(const QString &account, bool isSubAccount)
+{
+    return writeWholeFile(m_table.path(QStringLiteral("AccountTypeFilePath"), {account}),
+                          isSubAccount ? "true" : "false");
 }

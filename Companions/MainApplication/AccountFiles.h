@@ -41,6 +41,9 @@ public:
     /// Changes the plan word.
     bool setPlan(const QString &account, const QString &plan);
 
+    /// Says whether another account pays for this one.
+    bool setSubAccount(const QString &account, bool isSubAccount);
+
 private:
     [[nodiscard]] bool writeDetails(const Account &account);
 

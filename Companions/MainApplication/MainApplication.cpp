@@ -84,6 +84,16 @@ void MainApplication::addAccountCommands()
                 return CommandResult::failed(QStringLiteral("needs a signed-in account and one word"));
             return announce(m_accounts.setPlan(account, words.first()), QStringLiteral("ReloadPreferences"));
         });
+    m_commands.add(
+        QStringLiteral("account"), QStringLiteral("account sub|main              what kind of account it is"),
+        [this](const QStringList &words, const QString &) {
+            const QString account = m_accounts.signedInAccount();
+            const bool isSubAccount = words == QStringList{QStringLiteral("sub")};
+            if (account.isEmpty() || (!isSubAccount && words != QStringList{QStringLiteral("main")}))
+                return CommandResult::failed(QStringLiteral("needs a signed-in account, and sub or main"));
+            return announce(m_accounts.setSubAccount(account, isSubAccount),
+                            QStringLiteral("ReloadPreferences"));
+        });
 }
 
 void MainApplication::addScheduleCommands()
@@ -111,6 +121,9 @@ void MainApplication::addScheduleCommands()
                            printLine(job);
                        return CommandResult::ok(QStringLiteral("%1 jobs").arg(jobs.size()));
                    });
+    m_commands.add(QStringLiteral("jobs"),
+                   QStringLiteral("jobs on|off                   switch all scheduled jobs"),
+                   [this](const QStringList &words, const QString &) { return switchJobs(words); });
     m_commands.add(QStringLiteral("clear schedules"), QStringLiteral("clear schedules"),
                    [this](const QStringList &, const QString &) {
                        return announce(m_schedules.clear(), QStringLiteral("UpdateImmediateScheduleToolTip"));
@@ -165,6 +178,15 @@ CommandResult MainApplication::scheduleImmediate(const QStringList &words)
         return CommandResult::failed(QStringLiteral("nobody is signed in, and no account is given"));
     const auto job = ScheduleBook::makeJob(account, loginName(), QDateTime::currentDateTime(), Frequency::Once);
     return announce(m_schedules.add(job), QStringLiteral("UpdateImmediateScheduleToolTip"));
+}
+
+CommandResult MainApplication::switchJobs(const QStringList &words)
+{
+    const bool on = words == QStringList{QStringLiteral("on")};
+    if (!on && words != QStringList{QStringLiteral("off")})
+        return CommandResult::failed(QStringLiteral("on or off"));
+    return announce(writeWholeFile(m_table.path(QStringLiteral("SchedulerStatusInfoPath")), on ? "1" : "0"),
+                    QStringLiteral("UpdateImmediateScheduleToolTip"));
 }
 
 CommandResult MainApplication::setQuota(const QStringList &words)

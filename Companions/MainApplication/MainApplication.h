@@ -22,6 +22,7 @@ private:
     [[nodiscard]] CommandResult signIn(const QStringList &words);
     [[nodiscard]] CommandResult addSchedule(const QStringList &words);
     [[nodiscard]] CommandResult scheduleImmediate(const QStringList &words);
+    [[nodiscard]] CommandResult switchJobs(const QStringList &words);
     [[nodiscard]] CommandResult setQuota(const QStringList &words);
     [[nodiscard]] CommandResult setLanguage(const QStringList &words);
     [[nodiscard]] CommandResult setAppearance(const QStringList &words);

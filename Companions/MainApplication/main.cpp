@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFileInfo>
 
 int main(int argc, char **argv)
 {
@@ -29,6 +30,11 @@ int main(int argc, char **argv)
         return result.done ? 0 : 1;
     }
 
+    // Under the product's own name it is the application as a user starts it: it stays when nobody speaks to
+    // it.
+    const QString ownName = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
+    const bool isInFront = ownName == table->value(QStringLiteral("ApplicationFullName"));
+
     LineInput input;
     QObject::connect(&input, &LineInput::lineRead, &application, [&mainApplication](const QString &line) {
         if (line == QLatin1StringView("quit"))
@@ -36,7 +42,9 @@ int main(int argc, char **argv)
         else
             printResult(mainApplication.run(line));
     });
-    QObject::connect(&input, &LineInput::ended, &application, &QCoreApplication::quit, Qt::QueuedConnection);
+    if (!isInFront)
+        QObject::connect(&input, &LineInput::ended, &application, &QCoreApplication::quit,
+                         Qt::QueuedConnection);
     printResult(CommandResult::ok());
     return application.exec();
 }

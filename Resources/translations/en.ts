@@ -212,6 +212,14 @@ Your account has been cancelled</translation>
         <translation>View files that have been recently modified</translation>
     </message>
     <message>
+        <source>Halt the Sync operations</source>
+        <translation>Halt the Sync operations</translation>
+    </message>
+    <message>
+        <source>Sync files with linked devices</source>
+        <translation>Sync files with linked devices</translation>
+    </message>
+    <message>
         <source>Sync Status</source>
         <translation>Sync Status</translation>
     </message>
@@ -666,6 +674,10 @@ Your account has been cancelled</translation>
     <message>
         <source>This computer has been replaced by %@ in your account.</source>
         <translation>This computer has been replaced by %@ in your account.</translation>
+    </message>
+    <message>
+        <source>%@ keeps watch here. Click the icon to see your backups and to change your settings.</source>
+        <translation>%@ keeps watch here. Click the icon to see your backups and to change your settings.</translation>
     </message>
 </context>
 </TS>

@@ -212,6 +212,14 @@ Su cuenta se ha cancelado</translation>
         <translation>Ver los archivos modificados recientemente</translation>
     </message>
     <message>
+        <source>Halt the Sync operations</source>
+        <translation>Detener las operaciones de sincronización</translation>
+    </message>
+    <message>
+        <source>Sync files with linked devices</source>
+        <translation>Sincronizar los archivos con los dispositivos vinculados</translation>
+    </message>
+    <message>
         <source>Sync Status</source>
         <translation>Estado de la sincronización</translation>
     </message>
@@ -666,6 +674,10 @@ Su cuenta se ha cancelado</translation>
     <message>
         <source>This computer has been replaced by %@ in your account.</source>
         <translation>Este equipo se ha sustituido por %@ en su cuenta.</translation>
+    </message>
+    <message>
+        <source>%@ keeps watch here. Click the icon to see your backups and to change your settings.</source>
+        <translation>%@ vigila desde aquí. Haga clic en el icono para ver sus copias de seguridad y cambiar la configuración.</translation>
     </message>
 </context>
 </TS>

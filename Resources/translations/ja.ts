@@ -212,6 +212,14 @@ Your account has been cancelled</source>
         <translation>最近変更されたファイルを表示します</translation>
     </message>
     <message>
+        <source>Halt the Sync operations</source>
+        <translation>同期操作を停止します</translation>
+    </message>
+    <message>
+        <source>Sync files with linked devices</source>
+        <translation>リンクされたデバイスとファイルを同期します</translation>
+    </message>
+    <message>
         <source>Sync Status</source>
         <translation>同期ステータス</translation>
     </message>
@@ -666,6 +674,10 @@ Your account has been cancelled</source>
     <message>
         <source>This computer has been replaced by %@ in your account.</source>
         <translation>このコンピュータはアカウント内で %@ に置き換えられました。</translation>
+    </message>
+    <message>
+        <source>%@ keeps watch here. Click the icon to see your backups and to change your settings.</source>
+        <translation>%@ はここで動作しています。アイコンをクリックすると、バックアップの確認や設定の変更ができます。</translation>
     </message>
 </context>
 </TS>

@@ -49,12 +49,34 @@ TEST(AccountFiles, RecordAppearsWithSignInAndGoesWithSignOut)
     EXPECT_TRUE(QFileInfo::exists(home.file(QStringLiteral("Ana/login.plist"))));
 }
 
+TEST(MainApplication, KindOfAccountAndJobSwitchAreWords)
+{
+    const TemporaryHome home;
+    const MainApplication application(TemporaryHome::table());
+    ASSERT_TRUE(application.run(QStringLiteral("sign in Ana")).done);
+    const struct {
+        const char *line, *file, *content;
+    } rows[] = {
+        {"account sub", "Ana/type.txt", "true"},
+        {"account main", "Ana/type.txt", "false"},
+        {"jobs off", "status.txt", "0"},
+        {"jobs on", "status.txt", "1"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.line);
+        EXPECT_TRUE(application.run(QString::fromLatin1(row.line)).done);
+        EXPECT_EQ(readTextFile(home.file(QString::fromLatin1(row.file))).toStdString(), row.content);
+    }
+    for (const char *line : {"account other", "account", "jobs", "jobs maybe"})
+        EXPECT_FALSE(application.run(QString::fromLatin1(line)).done) << line;
+}
+
 TEST(MainApplication, RefusesWhatItCannotDo)
 {
     const TemporaryHome home;
     const MainApplication application(TemporaryHome::table());
     for (const char *line :
-         {"sign in", "sign in ../x", "sign in a/b", "sign out", "quota 1 2", "schedule demo",
+         {"sign in", "sign in ../x", "sign in a/b", "sign out", "quota 1 2", "schedule demo", "account sub",
           "schedule noon daily ana", "schedule 5 yearly ana", "language fr", "appearance grey"})
         EXPECT_FALSE(application.run(QString::fromLatin1(line)).done) << line;
     EXPECT_FALSE(QFileInfo::exists(home.file(QStringLiteral("record.plist"))));

@@ -26,6 +26,7 @@ protected:
              {"LoginDetailsFilePath", "UserDetailsPath", "UserInfoPath", "AccountTypeFilePath",
               "AccountPlanFilePath", "TqlUserDetails", "BandwidthThrottleFilePathForTql"})
             table.insert(QString::fromLatin1(key), QString(QStringLiteral("~/%@/") + QString::fromLatin1(key)));
+        table.insert(QStringLiteral("ApplicationFullName"), QStringLiteral("Corvane"));
         table.insert(QStringLiteral("RemoteManageInfoPath"), QStringLiteral("%@/remote"));
         ASSERT_TRUE(writePropertyList(own + QStringLiteral("/table.plist"), table));
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -35,19 +36,20 @@ protected:
         m_console.setProcessEnvironment(environment);
         m_console.setProcessChannelMode(QProcess::MergedChannels);
     }
-    void start(const QByteArray &script)
+    void start(const QByteArray &script, const QString &monitor = QStringLiteral("/nonexistent/monitor"))
     {
         ASSERT_TRUE(writeWholeFile(m_home.filePath(QStringLiteral("script")), script));
         m_console.start(QStringLiteral(CORVANE_CONSOLE),
                         {QStringLiteral("--table"), m_home.filePath(QStringLiteral("table.plist")),
-                         QStringLiteral("--monitor"), QStringLiteral("/nonexistent/monitor"),
-                         QStringLiteral("--script"), m_home.filePath(QStringLiteral("script"))});
+                         QStringLiteral("--monitor"), monitor, QStringLiteral("--script"),
+                         m_home.filePath(QStringLiteral("script"))});
         ASSERT_TRUE(m_console.waitForStarted());
     }
     /// The exit status; -1 when the console does not end.
-    [[nodiscard]] int run(const QByteArray &script)
+    [[nodiscard]] int run(const QByteArray &script,
+                          const QString &monitor = QStringLiteral("/nonexistent/monitor"))
     {
-        start(script);
+        start(script, monitor);
         if (!m_console.waitForFinished(30'000))
             return -1;
         m_output += QString::fromUtf8(m_console.readAll());
@@ -104,6 +106,13 @@ TEST_F(ConsoleTest, ScriptStopsAtTheFirstFailure)
         {"no such program", "monitor start\nwait 0\n", "error cannot start /nonexistent/monitor"},
         {"refused by a companion", "application start\nquota 1\nwait 0\n", "error needs a signed-in account"},
         {"no status item", "expect tooltip Corvane 0\nwait 0\n", "error there is no status item"},
+        {"no menu", "expect menu Status 0\nwait 0\n", "error there is no menu"},
+        {"no menu, so nothing is missing in it", "expect no menu Status 0\nwait 0\n", "error there is no menu"},
+        {"nothing known to expect", "expect rain\nwait 0\n", "error what should be expected?"},
+        {"file not in the table", "expect file Nowhere x 0\nwait 0\n", "error the path table has no such file"},
+        {"application not in front", "application away\nwait 0\n", "error the application is not in front"},
+        {"no monitor to signal", "monitor signal TERM\nwait 0\n", "error monitor is not running"},
+        {"no monitor to be second to", "monitor again\nwait 0\n", "error monitor is not running"},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
@@ -112,6 +121,36 @@ TEST_F(ConsoleTest, ScriptStopsAtTheFirstFailure)
         EXPECT_TRUE(m_output.contains(QString::fromLatin1(row.says))) << m_output.toStdString();
         EXPECT_FALSE(m_output.contains(QStringLiteral("> wait")));
     }
+}
+
+TEST_F(ConsoleTest, TellsHowTheMonitorEnded)
+{
+    const struct {
+        const char *name, *monitor, *script;
+        int status;
+        const char *says;
+    } rows[] = {
+        {"well", "/bin/true", "monitor start\nexpect monitor ended 20\n", 0, "> expect monitor ended 20\nok"},
+        {"badly", "/bin/false", "monitor start\nexpect monitor ended 2\n", 1, "error the monitor ended with 1"},
+        {"by a signal", "/bin/cat", "monitor start\nmonitor signal TERM\nexpect monitor ended 2\n", 1,
+         "error the monitor ended with no exit status"},
+        {"not at all", "/bin/cat", "monitor start\nexpect monitor ended 0\n", 1,
+         "error the monitor is running"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        m_output.clear();
+        EXPECT_EQ(run(row.script, QString::fromLatin1(row.monitor)), row.status);
+        EXPECT_TRUE(m_output.contains(QString::fromLatin1(row.says))) << m_output.toStdString();
+        EXPECT_FALSE(anyProcessUses(m_home.path()));
+    }
+}
+
+TEST_F(ConsoleTest, ApplicationInFrontIsSeenToRunUntilItGoes)
+{
+    EXPECT_EQ(run("application front\nexpect application\napplication away\napplication front\n"), 0)
+        << m_output.toStdString();
+    EXPECT_FALSE(anyProcessUses(m_home.path()));
 }
 
 TEST_F(ConsoleTest, TerminationEndsItsProgramsToo)

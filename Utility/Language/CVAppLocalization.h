@@ -68,4 +68,47 @@ extern const LocalizedText backupAndSyncQuotaTooltip; ///< three: backup line, s
 extern const LocalizedText accountCancelledTooltip;   ///< one: product name
 extern const LocalizedText cloudDriveUpToDate;        ///< never shown as such, see cloudDriveSynced
 extern const LocalizedText cloudDriveSynced;
+
+extern const LocalizedText monitorTooltipStart; ///< help after an installation; one placeholder: product name
+extern const LocalizedText isUpToDate;          ///< the end of a sentence that begins with the product name
+
+extern const LocalizedText startApplication;
+extern const LocalizedText accessCorvaneWeb; ///< one placeholder: product name
+extern const LocalizedText accessCorvaneWebTooltip;
+extern const LocalizedText schedulerMenu;
+extern const LocalizedText upgradeStorage;
+extern const LocalizedText upgradeBTnTooltip;
+extern const LocalizedText showProgress;
+extern const LocalizedText proxySettings;
+extern const LocalizedText settings;
+extern const LocalizedText viewlogs;
+extern const LocalizedText status;
+extern const LocalizedText SER;
+extern const LocalizedText onlinehelp;
+extern const LocalizedText disableWebAccess;
+extern const LocalizedText enableWebAccess;
+extern const LocalizedText disableWebAccessTooltip;
+extern const LocalizedText remoteManageTitle;
+extern const LocalizedText cdp;
+extern const LocalizedText checkForUpdate;
+extern const LocalizedText updateCorvaneTooltip;
+extern const LocalizedText quitMonitor;
+
+extern const LocalizedText manageScheduledJobs;
+extern const LocalizedText pauseScheduleJob;
+extern const LocalizedText resumeScheduleJob;
+extern const LocalizedText stopScheduledJob;
+extern const LocalizedText disableScheduleJobs;
+extern const LocalizedText enableScheudleJobs;
+
+extern const LocalizedText cloudDrive;
+extern const LocalizedText myCloudDriveMenu;
+extern const LocalizedText cloudDriveMenuItemTooltip;
+extern const LocalizedText pauseSync;
+extern const LocalizedText resumeSync;
+extern const LocalizedText haltOperationsTooltip;
+extern const LocalizedText syncfilesLinkedTooltip;
+extern const LocalizedText recentlyModifiedMenu;
+extern const LocalizedText recentModifyTooltip;
+extern const LocalizedText syncStatus; ///< until there is a status to show
 } // namespace MonitorControllerVC

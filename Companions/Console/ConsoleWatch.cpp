@@ -1,0 +1,249 @@
+// The commands that look at the world as its user does: the tool tip and the menu as the desktop's host is told
+// them, files, pictures. What is expected may take a while to come, so these poll until it is there.
+
+#include "Companions/Console/Console.h"
+
+#include "Companions/Common/PathTable.h"
+#include "Companions/Common/PropertyList.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+
+#include <algorithm>
+
+namespace
+{
+constexpr std::chrono::seconds ScreenshotLimit{30};
+constexpr int SettledPolls = 4; ///< polls with one and the same text before it counts as the new one
+
+QString textOf(const QList<MenuEntry> &entries)
+{
+    QString text;
+    for (const MenuEntry &entry : entries)
+        text += u'\n' + QString(entry.depth * 4, u' ') + entry.line();
+    return text;
+}
+
+CommandResult noMenu()
+{
+    return CommandResult::failed(QStringLiteral("there is no menu"));
+}
+} // namespace
+
+Wanted wantedOf(const QString &words)
+{
+    Wanted wanted;
+    bool hasLimit = false;
+    const int limit = words.section(u' ', -1).toInt(&hasLimit);
+    if (hasLimit)
+        wanted.limit = std::chrono::seconds(limit);
+    wanted.text = (hasLimit ? words.section(u' ', 0, -2) : words).trimmed();
+    if (wanted.text.size() > 1 && wanted.text.startsWith(u'"') && wanted.text.endsWith(u'"'))
+        wanted.text = wanted.text.mid(1, wanted.text.size() - 2);
+    return wanted;
+}
+
+void Console::addWatchCommands()
+{
+    addCommand(QStringLiteral("wait"), QStringLiteral("wait SECONDS"),
+               [this](const QStringList &words, const QString &) {
+                   bool isNumber = false;
+                   const double seconds = words.value(0).toDouble(&isNumber);
+                   if (!isNumber || seconds < 0)
+                       return finish(CommandResult::failed(QStringLiteral("needs a number of seconds")));
+                   QTimer::singleShot(static_cast<int>(seconds * 1000), this,
+                                      [this] { finish(CommandResult::ok()); });
+               });
+    addCommand(QStringLiteral("expect"),
+               QStringLiteral("expect tooltip TEXT | new tooltip | menu LINE | no menu TITLE | file KEY TEXT | "
+                              "application | monitor ended; each with [SECONDS]"),
+               [this](const QStringList &words, const QString &rest) { runExpect(words, rest); });
+    addCommand(QStringLiteral("show"),
+               QStringLiteral("show tooltip|menu             as the desktop's host is told it"),
+               [this](const QStringList &words, const QString &) { show(words.value(0)); });
+    addCommand(QStringLiteral("click"),
+               QStringLiteral("click TITLE                   on an item of the menu, as the host passes it on"),
+               [this](const QStringList &, const QString &rest) { clickItem(rest); });
+    addCommand(QStringLiteral("screenshot"),
+               QStringLiteral("screenshot NAME               of the panel and the tool tip"),
+               [this](const QStringList &words, const QString &) {
+                   takePicture(QStringLiteral("tip"), words.value(0));
+               });
+    addCommand(QStringLiteral("picture"),
+               QStringLiteral("picture menu NAME             of the panel and the open menu"),
+               [this](const QStringList &words, const QString &) {
+                   if (words.value(0) == QLatin1StringView("menu"))
+                       takePicture(QStringLiteral("menu"), words.value(1));
+                   else
+                       finish(CommandResult::failed(QStringLiteral("a picture of what?")));
+               });
+    addCommand(QStringLiteral("help"), QStringLiteral("help"),
+               [this](const QStringList &, const QString &) { printHelp(); });
+    addCommand(QStringLiteral("quit"), QStringLiteral("quit"), [this](const QStringList &, const QString &) {
+        m_queue.clear();
+        m_endAfterQueue = true;
+        finish(CommandResult::ok());
+    });
+}
+
+void Console::runExpect(const QStringList &words, const QString &rest)
+{
+    using Handler = void (Console::*)(const QString &text);
+    static const struct {
+        QStringList words;
+        Handler handler;
+    } expectations[] = {
+        {{QStringLiteral("tooltip")}, &Console::expectToolTip},
+        {{QStringLiteral("new"), QStringLiteral("tooltip")}, &Console::expectNewToolTip},
+        {{QStringLiteral("menu")}, &Console::expectMenu},
+        {{QStringLiteral("no"), QStringLiteral("menu")}, &Console::expectNoMenu},
+        {{QStringLiteral("file")}, &Console::expectFile},
+        {{QStringLiteral("application")}, &Console::expectApplication},
+        {{QStringLiteral("monitor"), QStringLiteral("ended")}, &Console::expectMonitorEnded},
+    };
+    for (const auto &expectation : expectations) {
+        const auto count = expectation.words.size();
+        if (words.mid(0, count) == expectation.words)
+            return (this->*expectation.handler)(
+                rest.section(u' ', static_cast<int>(count), -1, QString::SectionSkipEmpty).trimmed());
+    }
+    finish(CommandResult::failed(QStringLiteral("what should be expected?")));
+}
+
+void Console::watch(std::chrono::seconds limit, std::function<CommandResult()> look)
+{
+    connect(&m_poll, &QTimer::timeout, this,
+            [this, look = std::move(look), deadline = QDeadlineTimer(limit)]() mutable {
+                const CommandResult seen = look();
+                if (seen.done || deadline.hasExpired())
+                    finish(seen);
+            });
+    m_poll.start();
+}
+
+void Console::expectToolTip(const QString &text)
+{
+    const Wanted wanted = wantedOf(text);
+    if (wanted.text.isEmpty())
+        return finish(CommandResult::failed(QStringLiteral("needs a text")));
+    watchToolTip(wanted.limit, [wanted](const QString &seen) { return seen.contains(wanted.text); });
+}
+
+void Console::expectNewToolTip(const QString &text)
+{
+    watchToolTip(wantedOf(text).limit,
+                 [before = m_lastToolTip, candidate = QString(), polls = 0](const QString &seen) mutable {
+                     polls = seen == candidate ? polls + 1 : 0;
+                     candidate = seen;
+                     // The name alone is what stands there between two states.
+                     return seen != before && seen.contains(u'\n') && polls >= SettledPolls;
+                 });
+}
+
+void Console::watchToolTip(std::chrono::seconds limit, std::function<bool(const QString &)> isMet)
+{
+    watch(limit, [this, isMet = std::move(isMet)]() mutable {
+        const auto seen = m_probe.toolTip();
+        if (!seen)
+            return CommandResult::failed(QStringLiteral("there is no status item"));
+        if (!isMet(*seen))
+            return CommandResult::failed(QStringLiteral("the tool tip is: ") + *seen);
+        m_lastToolTip = *seen;
+        return CommandResult::ok(*seen);
+    });
+}
+
+std::optional<QList<MenuEntry>> Console::openMenu() const
+{
+    const auto menu = m_probe.menu();
+    return menu ? MenuProbe::open(*menu) : std::nullopt;
+}
+
+void Console::expectMenu(const QString &text)
+{
+    const Wanted wanted = wantedOf(text);
+    watch(wanted.limit, [this, wanted] {
+        const auto entries = openMenu();
+        if (!entries)
+            return noMenu();
+        const bool isThere = std::any_of(entries->begin(), entries->end(), [&wanted](const MenuEntry &entry) {
+            return entry.line() == wanted.text;
+        });
+        return isThere ? CommandResult::ok()
+                       : CommandResult::failed(QStringLiteral("the menu is:") + textOf(*entries));
+    });
+}
+
+void Console::expectNoMenu(const QString &text)
+{
+    const Wanted wanted = wantedOf(text);
+    watch(wanted.limit, [this, wanted] {
+        const auto entries = openMenu();
+        if (!entries)
+            return noMenu();
+        const bool isThere = std::any_of(entries->begin(), entries->end(), [&wanted](const MenuEntry &entry) {
+            return entry.title == wanted.text;
+        });
+        return isThere ? CommandResult::failed(QStringLiteral("the menu is:") + textOf(*entries))
+                       : CommandResult::ok();
+    });
+}
+
+void Console::expectFile(const QString &text)
+{
+    const Wanted wanted = wantedOf(text.section(u' ', 1));
+    const auto table = PathTable::load(m_settings.table);
+    const QString path = table ? table->path(text.section(u' ', 0, 0)) : QString();
+    if (path.isEmpty())
+        return finish(CommandResult::failed(QStringLiteral("the path table has no such file")));
+    watch(wanted.limit, [path, wanted] {
+        const QString content = readTextFile(path);
+        return content == wanted.text ? CommandResult::ok()
+                                      : CommandResult::failed(path + QStringLiteral(" says: ") + content);
+    });
+}
+
+void Console::show(const QString &what)
+{
+    if (what == QLatin1StringView("menu")) {
+        const auto entries = openMenu();
+        return finish(entries ? CommandResult::ok(textOf(*entries)) : noMenu());
+    }
+    const auto text = m_probe.toolTip();
+    finish(text ? CommandResult::ok(*text) : CommandResult::failed(QStringLiteral("there is no status item")));
+}
+
+void Console::clickItem(const QString &title)
+{
+    watch(Wanted::DefaultLimit, [this, title] {
+        const auto menu = m_probe.menu();
+        const auto entries = menu ? MenuProbe::open(*menu) : std::nullopt;
+        if (!entries)
+            return noMenu();
+        const auto found = std::find_if(entries->begin(), entries->end(),
+                                        [&title](const MenuEntry &entry) { return entry.title == title; });
+        if (found == entries->end() || found->isSeparator || !found->isEnabled)
+            return CommandResult::failed(QStringLiteral("no such item to click; the menu is:") +
+                                         textOf(*entries));
+        return MenuProbe::click(*menu, found->id)
+                   ? CommandResult::ok()
+                   : CommandResult::failed(QStringLiteral("the click is not taken"));
+    });
+}
+
+void Console::takePicture(const QString &what, const QString &name)
+{
+    if (name.isEmpty() || m_settings.screenshotTool.isEmpty())
+        return finish(CommandResult::failed(QStringLiteral("needs a name and a screenshot tool")));
+    const QString file =
+        QDir(m_settings.outFolder).filePath(m_settings.picturePrefix + name + QStringLiteral(".png"));
+    auto *tool = new QProcess(this);
+    tool->setProcessChannelMode(QProcess::ForwardedChannels);
+    m_wait = connect(tool, &QProcess::finished, this, [this, tool, file](int code) {
+        tool->deleteLater();
+        finish(code == 0 ? CommandResult::ok(file) : CommandResult::failed(QStringLiteral("no picture taken")));
+    });
+    connect(tool, &QProcess::errorOccurred, tool, &QObject::deleteLater);
+    finishAfter(ScreenshotLimit, QStringLiteral("the screenshot tool does not end"));
+    tool->start(m_settings.screenshotTool, {file, what});
+}

@@ -1,0 +1,101 @@
+#include "Companions/Console/MenuProbe.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDateTime>
+
+namespace
+{
+constexpr int CallTimeoutMs = 2000;
+constexpr int Root = 0;
+constexpr int DeepestMenu = 8; ///< a menu that nests deeper is no menu of ours
+
+QDBusMessage call(const BusAddress &menu, const QString &method, const QVariantList &arguments)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(menu.service, menu.path,
+                                                          QStringLiteral("com.canonical.dbusmenu"), method);
+    message.setArguments(arguments);
+    return QDBusConnection::sessionBus().call(message, QDBus::Block, CallTimeoutMs);
+}
+
+MenuEntry entryOf(int id, int depth, const QVariantMap &properties)
+{
+    MenuEntry entry;
+    entry.id = id;
+    entry.depth = depth;
+    entry.isSeparator = properties.value(QStringLiteral("type")) == QStringLiteral("separator");
+    entry.isEnabled = properties.value(QStringLiteral("enabled"), true).toBool();
+    entry.title = MenuProbe::titleOfLabel(properties.value(QStringLiteral("label")).toString());
+    if (!properties.value(QStringLiteral("toggle-type")).toString().isEmpty()) {
+        const bool isOn = properties.value(QStringLiteral("toggle-state")).toInt() == 1;
+        entry.tick = isOn ? MenuEntry::Tick::On : MenuEntry::Tick::Off;
+    }
+    return entry;
+}
+
+/// Appends what the item at `argument`, signature (ia{sv}av), shows; its children are one deeper.
+void collect(const QDBusArgument &argument, int depth, bool isShown, QList<MenuEntry> &entries)
+{
+    int id = 0;
+    QVariantMap properties;
+    argument.beginStructure();
+    argument >> id >> properties;
+    isShown = isShown && properties.value(QStringLiteral("visible"), true).toBool();
+    if (isShown && id != Root)
+        entries.append(entryOf(id, depth, properties));
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QDBusVariant child;
+        argument >> child;
+        const auto layout = child.variant().value<QDBusArgument>();
+        if (depth < DeepestMenu && layout.currentSignature() == QLatin1StringView("(ia{sv}av)"))
+            collect(layout, depth + 1, isShown, entries);
+    }
+    argument.endArray();
+    argument.endStructure();
+}
+} // namespace
+
+QString MenuEntry::line() const
+{
+    if (isSeparator)
+        return QStringLiteral("---");
+    QString text = title;
+    if (tick != Tick::None)
+        text.prepend(tick == Tick::On ? QStringLiteral("[x] ") : QStringLiteral("[ ] "));
+    return isEnabled ? text : text + QStringLiteral(" (off)");
+}
+
+QString MenuProbe::titleOfLabel(const QString &label)
+{
+    QString title;
+    for (qsizetype i = 0; i < label.size(); ++i) {
+        if (label[i] == u'_' && i + 1 < label.size())
+            ++i;
+        title.append(label[i]);
+    }
+    return title;
+}
+
+std::optional<QList<MenuEntry>> MenuProbe::open(const BusAddress &menu)
+{
+    if (call(menu, QStringLiteral("AboutToShow"), {Root}).type() != QDBusMessage::ReplyMessage)
+        return std::nullopt;
+    const QDBusMessage answer = call(menu, QStringLiteral("GetLayout"), {Root, -1, QStringList()});
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != QLatin1StringView("u(ia{sv}av)"))
+        return std::nullopt;
+    QList<MenuEntry> entries;
+    collect(answer.arguments().at(1).value<QDBusArgument>(), -1, true, entries);
+    return entries;
+}
+
+bool MenuProbe::click(const BusAddress &menu, int id)
+{
+    const auto now = static_cast<uint>(QDateTime::currentSecsSinceEpoch());
+    const QDBusMessage answer =
+        call(menu, QStringLiteral("Event"),
+             {id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(QString())), now});
+    return answer.type() == QDBusMessage::ReplyMessage;
+}

@@ -1,0 +1,236 @@
+#include "Companions/SyncDaemon/SyncDaemon.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <unistd.h>
+
+namespace
+{
+constexpr std::chrono::milliseconds FilePace{1000};
+constexpr int DefaultFiles = 5;
+constexpr int MaxFiles = 10'000;
+
+/// Numbers of the messages between monitor and daemon.
+enum Number : int {
+    StatusLine = 500,
+    Pause = 502,
+    Resume = 503,
+    Disable = 506,
+    RecalculateQuota = 508,
+    Enable = 510,
+    ReinitializeDone = 516,
+    Reinitialize = 517,
+};
+
+const QString UpToDate = QStringLiteral("All files are up to date");
+const QString Paused = QStringLiteral("Paused");
+
+/// One element for the eye. Of a dictionary only the keys: it may be somebody's record.
+QString shown(const QVariant &value)
+{
+    if (value.typeId() == QMetaType::QVariantMap)
+        return u'{' + QStringList(value.toMap().keys()).join(QStringLiteral(", ")) + u'}';
+    return u'"' + value.toString() + u'"';
+}
+} // namespace
+
+SyncDaemon::SyncDaemon(PathTable table, QObject *parent)
+    : QObject(parent), m_files(std::move(table)), m_port(m_files.daemonPort(), m_files.monitorPort())
+{
+    m_work.setInterval(FilePace);
+    connect(&m_work, &QTimer::timeout, this, &SyncDaemon::doNextFile);
+    connect(&m_port, &SyncPort::received, this, &SyncDaemon::didReceive);
+    connect(&m_port, &SyncPort::sent, this, [](const QString &failure) {
+        if (!failure.isEmpty())
+            printLine(QStringLiteral("not delivered: ") + failure);
+    });
+    addSyncCommands();
+    addMessageCommands();
+    addFaultCommands();
+    addOwnCommands();
+}
+
+bool SyncDaemon::start()
+{
+    const bool open = m_port.open();
+    printResult(open ? CommandResult::ok(m_files.daemonPort())
+                     : CommandResult::failed(QStringLiteral("no session bus, or the port is taken")));
+    return open;
+}
+
+void SyncDaemon::runCommand(const QString &line)
+{
+    printResult(m_commands.run(line));
+}
+
+void SyncDaemon::addSyncCommands()
+{
+    m_commands.add(QStringLiteral("enable"), QStringLiteral("enable [ACCOUNT]              mark it as syncing"),
+                   [this](const QStringList &words, const QString &) { return setEnabled(words, true); });
+    m_commands.add(QStringLiteral("disable"),
+                   QStringLiteral("disable [ACCOUNT]             and take the mark away"),
+                   [this](const QStringList &words, const QString &) { return setEnabled(words, false); });
+    m_commands.add(QStringLiteral("pause"),
+                   QStringLiteral("pause                         pause, and tell the monitor"),
+                   [this](const QStringList &, const QString &) { return setPaused(true); });
+    m_commands.add(QStringLiteral("resume"), QStringLiteral("resume                        go on"),
+                   [this](const QStringList &, const QString &) { return setPaused(false); });
+    m_commands.add(QStringLiteral("work"),
+                   QStringLiteral("work [FILES]                  a line for each file, then up to date"),
+                   [this](const QStringList &words, const QString &) {
+                       const int files = words.isEmpty() ? DefaultFiles : words.first().toInt();
+                       if (files < 1 || files > MaxFiles)
+                           return CommandResult::failed(QStringLiteral("1 to %1 files").arg(MaxFiles));
+                       beginWork(files);
+                       return CommandResult::ok();
+                   });
+}
+
+void SyncDaemon::addMessageCommands()
+{
+    m_commands.add(QStringLiteral("status"), QStringLiteral("status TEXT                   send a status line"),
+                   [this](const QStringList &, const QString &text) {
+                       m_port.send(text, StatusLine);
+                       return CommandResult::ok();
+                   });
+    m_commands.add(QStringLiteral("number"), QStringLiteral("number N [TEXT]               send any number"),
+                   [this](const QStringList &words, const QString &rest) {
+                       bool isNumber = false;
+                       const int number = words.value(0).toInt(&isNumber);
+                       if (!isNumber)
+                           return CommandResult::failed(QStringLiteral("needs a number"));
+                       m_port.send(rest.mid(words.first().size()).trimmed(), number);
+                       return CommandResult::ok();
+                   });
+    m_commands.add(QStringLiteral("raw"),
+                   QStringLiteral("raw JSON-ARRAY                send an array as it is"),
+                   [this](const QStringList &, const QString &text) {
+                       const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
+                       if (!document.isArray())
+                           return CommandResult::failed(QStringLiteral("no JSON array"));
+                       m_port.sendArray(document.array().toVariantList());
+                       return CommandResult::ok();
+                   });
+}
+
+void SyncDaemon::addFaultCommands()
+{
+    m_commands.add(QStringLiteral("hang"),
+                   QStringLiteral("hang on|off                   never answer the monitor"),
+                   [this](const QStringList &words, const QString &) {
+                       m_port.setManners({.hangs = words.value(0) == QLatin1StringView("on")});
+                       return CommandResult::ok();
+                   });
+    m_commands.add(QStringLiteral("late"), QStringLiteral("late SECONDS                  answer so much later"),
+                   [this](const QStringList &words, const QString &) {
+                       bool isNumber = false;
+                       const double seconds = words.value(0).toDouble(&isNumber);
+                       if (!isNumber || seconds < 0 || seconds > 3600)
+                           return CommandResult::failed(QStringLiteral("0 to 3600 seconds"));
+                       m_port.setManners(
+                           {.delay = std::chrono::milliseconds(static_cast<int>(seconds * 1000))});
+                       return CommandResult::ok();
+                   });
+    m_commands.add(QStringLiteral("die"),
+                   QStringLiteral("die                           end at once, as in a crash"),
+                   [](const QStringList &, const QString &) -> CommandResult {
+                       printResult(CommandResult::ok());
+                       ::_exit(1);
+                   });
+}
+
+void SyncDaemon::addOwnCommands()
+{
+    m_commands.add(QStringLiteral("help"), QStringLiteral("help                          this list"),
+                   [this](const QStringList &, const QString &) {
+                       printLine(m_commands.help());
+                       return CommandResult::ok();
+                   });
+    m_commands.add(QStringLiteral("quit"), QStringLiteral("quit"),
+                   [this](const QStringList &, const QString &) {
+                       Q_EMIT quitRequested();
+                       return CommandResult::ok();
+                   });
+}
+
+void SyncDaemon::didReceive(const QVariantList &array)
+{
+    QStringList words;
+    for (const QVariant &element : array)
+        words.append(shown(element));
+    printLine(QStringLiteral("received ") + words.join(u' '));
+    switch (array.value(1).toInt()) {
+    case Pause:
+    case Disable:
+        m_work.stop();
+        break;
+    case Enable:
+    case Resume:
+        beginWork(DefaultFiles);
+        break;
+    case RecalculateQuota:
+        m_port.send({}, RecalculateQuota);
+        break;
+    case Reinitialize:
+        beginWork(DefaultFiles);
+        m_isReinitializing = true;
+        break;
+    default:
+        break;
+    }
+}
+
+void SyncDaemon::beginWork(int files)
+{
+    m_filesDone = 0;
+    m_filesInAll = files;
+    m_isReinitializing = false;
+    m_work.start();
+}
+
+void SyncDaemon::doNextFile()
+{
+    if (m_filesDone < m_filesInAll) {
+        ++m_filesDone;
+        m_port.send(QStringLiteral("Uploading document-%1.pdf (%1 of %2)").arg(m_filesDone).arg(m_filesInAll),
+                    StatusLine);
+        return;
+    }
+    m_work.stop();
+    if (m_isReinitializing) {
+        m_files.setReinitializing(false);
+        m_port.send({}, ReinitializeDone);
+    }
+    m_port.send(UpToDate, StatusLine);
+}
+
+CommandResult SyncDaemon::setEnabled(const QStringList &words, bool enabled)
+{
+    const QString account = words.value(0, m_files.signedInAccount());
+    if (account.isEmpty() || account.contains(u'/') ||
+        account.startsWith(u'.')) // it becomes the name of a folder
+        return CommandResult::failed(QStringLiteral("nobody is signed in, and no account is given"));
+    if (!m_files.setEnabled(account, enabled))
+        return CommandResult::failed(QStringLiteral("the files could not be written"));
+    if (!enabled)
+        m_work.stop();
+    return CommandResult::ok();
+}
+
+CommandResult SyncDaemon::setPaused(bool paused)
+{
+    const QString account = m_files.signedInAccount();
+    if (account.isEmpty())
+        return CommandResult::failed(QStringLiteral("nobody is signed in"));
+    if (!m_files.setPaused(account, paused))
+        return CommandResult::failed(QStringLiteral("the files could not be written"));
+    m_port.send({}, Resume); // the number that says that the pause has changed, either way
+    if (paused) {
+        m_work.stop();
+        m_port.send(Paused, StatusLine);
+    } else {
+        beginWork(DefaultFiles);
+    }
+    return CommandResult::ok();
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QString>
+#include <QStringList>
+
+/// Other programs: brought to the front, or started.
+namespace Applications
+{
+/// Asks the running application that owns `identifier` on the session bus to come to the front, without waiting
+/// for it and without starting it. False when that isn't a bus name or there is no bus. Source: Desktop Entry
+/// Specification, D-Bus Activation (org.freedesktop.Application).
+bool activate(const QString &identifier, const QDBusConnection &bus = QDBusConnection::sessionBus());
+
+/// The object at which an application of that identifier answers: "com.example.App-1" is at /com/example/App_1.
+[[nodiscard]] QString objectPath(const QString &identifier);
+
+/// Starts the executable at `path`, on its own and without waiting; false when it can't be started.
+bool open(const QString &path, const QStringList &arguments = {});
+/// The same for the first executable of that name in the search path.
+bool launch(const QString &name);
+
+/// Runs a shell command without waiting for it.
+void runShell(const QString &command);
+} // namespace Applications

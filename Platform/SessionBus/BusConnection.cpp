@@ -1,0 +1,133 @@
+#include "Platform/SessionBus/BusConnection.h"
+
+#include <QFileInfo>
+
+#include <atomic>
+
+namespace
+{
+constexpr std::chrono::milliseconds NameLimit{3000};
+
+// The answers of the bus to a request for a name, and the flag not to wait for it, as in the D-Bus
+// specification, "Message Bus Messages".
+constexpr uint DoNotQueue = 0x4;
+constexpr uint PrimaryOwner = 1;
+constexpr uint AlreadyOwner = 4;
+} // namespace
+
+std::optional<QString> sessionBusAddress()
+{
+    if (const QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"); !given.isEmpty())
+        return given;
+    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const QString socket = runtimeFolder + QStringLiteral("/bus");
+    if (runtimeFolder.isEmpty() || !QFileInfo::exists(socket))
+        return std::nullopt;
+    return QStringLiteral("unix:path=") + socket;
+}
+
+std::shared_ptr<BusConnection> BusConnection::open()
+{
+    // Never twice the same label: Qt answers a known one with the connection that it has, dead or not.
+    static std::atomic<quint64> opened = 0;
+    const auto address = sessionBusAddress();
+    if (!address)
+        return nullptr;
+    const QString label = QStringLiteral("corvane-bus-%1").arg(++opened);
+    const std::shared_ptr<BusConnection> made(
+        new BusConnection(label, QDBusConnection::connectToBus(*address, label)));
+    return made->isOpen() ? made : nullptr;
+}
+
+BusConnection::BusConnection(QString label, const QDBusConnection &bus) : m_label(std::move(label)), m_bus(bus)
+{
+}
+
+BusConnection::~BusConnection()
+{
+    m_bus.reset();
+    QDBusConnection::disconnectFromBus(m_label);
+}
+
+bool BusConnection::subscribe(const Signal &signal, QObject *receiver, const char *slot)
+{
+    if (!m_bus->connect(QString(), signal.path, signal.interface, signal.name, signal.firstArguments,
+                        signal.signature, receiver, slot))
+        return false;
+    const std::lock_guard lock(m_mutex);
+    m_subscriptions.push_back({signal, receiver, slot});
+    return true;
+}
+
+void BusConnection::unsubscribe(const Signal &signal, QObject *receiver, const char *slot)
+{
+    const Subscription ended{signal, receiver, slot};
+    disconnect(ended);
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_subscriptions, [&](const Subscription &subscription) {
+        return subscription.receiver == receiver && subscription.signal.name == signal.name &&
+               subscription.signal.firstArguments == signal.firstArguments;
+    });
+}
+
+void BusConnection::unsubscribeAll()
+{
+    std::vector<Subscription> ended;
+    {
+        const std::lock_guard lock(m_mutex);
+        ended.swap(m_subscriptions);
+    }
+    for (const Subscription &subscription : ended)
+        disconnect(subscription);
+}
+
+void BusConnection::disconnect(const Subscription &subscription)
+{
+    const Signal &signal = subscription.signal;
+    m_bus->disconnect(QString(), signal.path, signal.interface, signal.name, signal.firstArguments,
+                      signal.signature, subscription.receiver, subscription.slot.constData());
+}
+
+BusConnection::Claim BusConnection::claimName(const QString &name)
+{
+    const QDBusMessage reply = m_bus->call(busMethod(QStringLiteral("RequestName"), {name, DoNotQueue}),
+                                           QDBus::Block, static_cast<int>(NameLimit.count()));
+    const uint answer = reply.arguments().value(0).toUInt();
+    if (reply.type() == QDBusMessage::ReplyMessage && (answer == PrimaryOwner || answer == AlreadyOwner))
+        return Claim::Granted;
+    return isOpen() ? Claim::Refused : Claim::BusGone;
+}
+
+void BusConnection::releaseName(const QString &name)
+{
+    // The answer is waited for, so that who asks for the name next gets it.
+    m_bus->call(busMethod(QStringLiteral("ReleaseName"), {name}), QDBus::Block,
+                static_cast<int>(NameLimit.count()));
+}
+
+void BusConnection::flush(std::chrono::milliseconds limit)
+{
+    // A connection keeps its order, so an answer means that what went before has arrived.
+    m_bus->call(busMethod(QStringLiteral("GetId"), {}), QDBus::Block, static_cast<int>(limit.count()));
+}
+
+QDBusMessage BusConnection::busMethod(const QString &member, const QVariantList &arguments)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                                          QStringLiteral("/org/freedesktop/DBus"),
+                                                          QStringLiteral("org.freedesktop.DBus"), member);
+    message.setArguments(arguments);
+    return message;
+}
+
+QDBusMessage questionForUser(const QString &peer)
+{
+    return BusConnection::busMethod(QStringLiteral("GetConnectionUnixUser"), {peer});
+}
+
+std::optional<uid_t> userInAnswer(const QDBusMessage &answer)
+{
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != QLatin1StringView("u"))
+        return std::nullopt;
+    return answer.arguments().constFirst().toUInt();
+}

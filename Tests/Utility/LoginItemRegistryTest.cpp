@@ -1,0 +1,138 @@
+#include "Utility/LoginItemRegistry.h"
+#include "Tests/Support/PrintQt.h"
+#include "Tests/Support/TemporaryHome.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+using HideIt = LoginItemRegistry::HideIt;
+
+namespace
+{
+class LoginItems : public testing::Test
+{
+protected:
+    LoginItems() : m_oldConfig(qgetenv("XDG_CONFIG_HOME")) { qunsetenv("XDG_CONFIG_HOME"); }
+    ~LoginItems() override
+    {
+        if (!m_oldConfig.isNull())
+            qputenv("XDG_CONFIG_HOME", m_oldConfig);
+    }
+
+    [[nodiscard]] QStringList files() const
+    {
+        return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+    void entry(const char *name, const QByteArray &keys) const
+    {
+        home.write(folder + u'/' + QString::fromUtf8(name), "[Desktop Entry]\nType=Application\n" + keys);
+    }
+    static QStringList paths()
+    {
+        QStringList list;
+        for (const LoginItem &item : LoginItemRegistry::allLoginItems())
+            list.append(item.url.toLocalFile());
+        return list;
+    }
+
+    const TemporaryHome home;
+    const QString folder = home.path(QStringLiteral(".config/autostart"));
+    const QString monitor = QStringLiteral("/opt/my files/100%/corvane-monitor");
+
+private:
+    QByteArray m_oldConfig;
+};
+} // namespace
+
+TEST_F(LoginItems, AddingAtEveryLoginLeavesOneEntry)
+{
+    EXPECT_TRUE(LoginItemRegistry::addLoginItemWithPath(monitor, HideIt::No));
+    ASSERT_EQ(files().size(), 1);
+    const QString file = folder + u'/' + files().first();
+    EXPECT_TRUE(files().first().startsWith(QStringLiteral("corvane-monitor-")));
+    const QByteArray text = home.read(file);
+    for (const char *line : {"[Desktop Entry]\n", "\nType=Application\n",
+                             "\nName=", "\nExec=\"/opt/my files/100%%/corvane-monitor\"\n",
+                             "\nTryExec=/opt/my files/100%/corvane-monitor\n", "\nX-Corvane-Hide=false\n"})
+        EXPECT_TRUE(text.contains(line)) << line;
+
+    const QDateTime written = QDateTime::fromSecsSinceEpoch(1'000'000'000);
+    QFile touched(file);
+    ASSERT_TRUE(touched.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(touched.setFileTime(written, QFileDevice::FileModificationTime));
+    touched.close();
+    EXPECT_TRUE(LoginItemRegistry::addLoginItemWithPath(monitor, HideIt::No));
+    EXPECT_EQ(files().size(), 1);
+    EXPECT_EQ(QFileInfo(file).lastModified(), written) << "nothing to write";
+
+    EXPECT_TRUE(LoginItemRegistry::addLoginItemWithPath(monitor, HideIt::Yes));
+    ASSERT_EQ(LoginItemRegistry::allLoginItems().size(), 1);
+    EXPECT_TRUE(LoginItemRegistry::allLoginItems().first().hidden);
+    EXPECT_EQ(LoginItemRegistry::allLoginItems().first().url, QUrl::fromLocalFile(monitor));
+
+    EXPECT_TRUE(
+        LoginItemRegistry::addLoginItemWithPath(QStringLiteral("/usr/bin/corvane-monitor"), HideIt::No));
+    EXPECT_EQ(files().size(), 2) << "another copy has an entry of its own";
+}
+
+TEST_F(LoginItems, RemovingFindsTheFirstOfThatPathAndNoOther)
+{
+    entry("a-other.desktop", "Exec=/opt/other --tray\n");
+    entry("b-own.desktop", "Exec=/opt/corvane-monitor\n");
+    entry("c-own.desktop", "Exec=\"/opt/corvane-monitor\" %U\n");
+    const QString own = QStringLiteral("/opt/corvane-monitor");
+    EXPECT_EQ(paths(), (QStringList{QStringLiteral("/opt/other"), own, own}));
+    EXPECT_EQ(LoginItemRegistry::indexForLoginItemWithPath(own), 1);
+    EXPECT_EQ(LoginItemRegistry::indexForLoginItemWithURL(QUrl(QStringLiteral("file:///opt/other"))), 0);
+    LoginItemRegistry::removeLoginItemWithPath(own);
+    EXPECT_EQ(files(), (QStringList{QStringLiteral("a-other.desktop"), QStringLiteral("c-own.desktop")}));
+    LoginItemRegistry::removeLoginItemWithURL(QUrl::fromLocalFile(own));
+    LoginItemRegistry::removeLoginItemWithPath(own);
+    LoginItemRegistry::removeLoginItemAtIndex(1);
+    LoginItemRegistry::removeLoginItemAtIndex(-1);
+    EXPECT_EQ(files(), QStringList{QStringLiteral("a-other.desktop")});
+    LoginItemRegistry::removeLoginItemAtIndex(0);
+    EXPECT_EQ(files(), QStringList());
+}
+
+TEST_F(LoginItems, EntriesThatAreNoItems)
+{
+    const QByteArray exec = "Exec=/opt/corvane-monitor\n";
+    entry("hidden.desktop", "Hidden=true\n" + exec);
+    entry("noexec.desktop", "Name=x\n");
+    entry("open-quote.desktop", "Exec=\"/opt/corvane-monitor\n");
+    entry("unknown-program.desktop", "Exec=no-such-program-anywhere\n");
+    entry("not-an-entry.txt", exec);
+    home.write(folder + QStringLiteral("/link.desktop"), "[Desktop Entry]\nType=Link\n" + exec);
+    home.write(folder + QStringLiteral("/bytes.desktop"), "\xff\xfe\0garbage");
+    home.write(folder + QStringLiteral("/huge.desktop"), "[Desktop Entry]\n" + QByteArray(300 * 1024, '#'));
+    QDir(folder).mkpath(QStringLiteral("folder.desktop"));
+    EXPECT_EQ(paths(), QStringList());
+    const QStringList before = files();
+    LoginItemRegistry::removeLoginItemWithPath(QStringLiteral("/opt/corvane-monitor"));
+    EXPECT_EQ(files(), before);
+
+    entry("by-name.desktop", "Exec=sh -c x\n");
+    ASSERT_EQ(paths().size(), 1);
+    EXPECT_TRUE(paths().first().endsWith(QStringLiteral("/sh")));
+}
+
+TEST_F(LoginItems, AFolderThatCannotBeMade)
+{
+    home.write(QStringLiteral(".config"), "a file");
+    EXPECT_FALSE(LoginItemRegistry::addLoginItemWithPath(monitor, HideIt::No));
+    EXPECT_EQ(paths(), QStringList());
+    EXPECT_FALSE(
+        LoginItemRegistry::addLoginItemWithURL(QUrl(QStringLiteral("https://example.com/x")), HideIt::No));
+}
+
+TEST_F(LoginItems, TheUsersOwnConfigurationFolder)
+{
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path(QStringLiteral("settings"))));
+    EXPECT_TRUE(LoginItemRegistry::addLoginItemWithPath(monitor, HideIt::No));
+    qunsetenv("XDG_CONFIG_HOME");
+    EXPECT_EQ(files(), QStringList());
+    EXPECT_EQ(QDir(home.path(QStringLiteral("settings/autostart"))).entryList(QDir::Files).size(), 1);
+}

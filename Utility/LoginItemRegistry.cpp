@@ -1,0 +1,129 @@
+#include "Utility/LoginItemRegistry.h"
+
+#include "Platform/AtomicFile.h"
+#include "Platform/Bundle.h"
+#include "Platform/DesktopEntry.h"
+#include "Platform/Home.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace
+{
+constexpr qint64 MaxEntryBytes = 256 * 1024;
+constexpr QLatin1String TrueText("true");
+constexpr QLatin1String FalseText("false");
+constexpr QLatin1String HideKey("X-Corvane-Hide");
+
+QDir autostartFolder()
+{
+    const QString configured = qEnvironmentVariable("XDG_CONFIG_HOME");
+    const QString config =
+        QDir::isAbsolutePath(configured) ? configured : homeDirectory() + QStringLiteral("/.config");
+    return {config + QStringLiteral("/autostart")};
+}
+
+/// The program of an entry; empty where it names none that can be found.
+QString programOf(const DesktopEntry::Keys &keys)
+{
+    const auto words = DesktopEntry::wordsOfExec(keys.value(QStringLiteral("Exec")));
+    const QString program = words ? words->first() : QString();
+    return program.contains(u'/') ? program : QStandardPaths::findExecutable(program);
+}
+
+std::optional<LoginItem> readItem(const QString &file)
+{
+    const auto bytes = AtomicFile::read(file, MaxEntryBytes);
+    const auto keys = bytes ? DesktopEntry::parse(*bytes) : std::nullopt;
+    if (!keys || keys->value(QStringLiteral("Hidden")) == TrueText ||
+        keys->value(QStringLiteral("Type")) != QLatin1String("Application"))
+        return std::nullopt;
+    const QString program = programOf(*keys);
+    if (program.isEmpty())
+        return std::nullopt;
+    return LoginItem{QUrl::fromLocalFile(QDir::cleanPath(program)), keys->value(HideKey) == TrueText, file};
+}
+
+/// Two copies of the program have the same name in different folders, so a part of the path's digest tells the
+/// files of their entries apart.
+QString fileNameFor(const QString &path)
+{
+    const QByteArray digest =
+        QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256).toHex().left(8);
+    return QStringLiteral("%1-%2.desktop").arg(QFileInfo(path).fileName(), QString::fromLatin1(digest));
+}
+} // namespace
+
+QList<LoginItem> LoginItemRegistry::allLoginItems()
+{
+    QList<LoginItem> items;
+    const QDir folder = autostartFolder();
+    for (const QString &name : folder.entryList({QStringLiteral("*.desktop")}, QDir::Files, QDir::Name)) {
+        if (auto item = readItem(folder.filePath(name)))
+            items.append(*std::move(item));
+    }
+    return items;
+}
+
+bool LoginItemRegistry::addLoginItemWithPath(const QString &path, HideIt hideIt)
+{
+    const QString program = QDir::cleanPath(path);
+    const Bundle &bundle = Bundle::main();
+    const DesktopEntry::Keys keys{
+        {QStringLiteral("Type"), QStringLiteral("Application")},
+        {QStringLiteral("Name"),
+         bundle.info(QStringLiteral("CFBundleName")).value_or(QFileInfo(program).fileName())},
+        {QStringLiteral("Icon"), bundle.resource(QStringLiteral("images/corvane.svg"))},
+        {QStringLiteral("Exec"), DesktopEntry::execOfWords({program})},
+        {QStringLiteral("TryExec"), program}, // a desktop passes over the entry once the program is gone
+        {QStringLiteral("Terminal"), FalseText},
+        {QStringLiteral("StartupNotify"), FalseText},
+        {HideKey, hideIt == HideIt::Yes ? TrueText : FalseText},
+    };
+    const QDir folder = autostartFolder();
+    const QString file = folder.filePath(fileNameFor(program));
+    const QByteArray entry = DesktopEntry::serialize(keys);
+    if (AtomicFile::read(file, MaxEntryBytes) == entry)
+        return true;
+    return folder.mkpath(QStringLiteral(".")) && AtomicFile::write(file, entry);
+}
+
+bool LoginItemRegistry::addLoginItemWithURL(const QUrl &url, HideIt hideIt)
+{
+    return url.isLocalFile() && addLoginItemWithPath(url.toLocalFile(), hideIt);
+}
+
+void LoginItemRegistry::removeLoginItemWithPath(const QString &path)
+{
+    removeLoginItemAtIndex(indexForLoginItemWithPath(path));
+}
+
+void LoginItemRegistry::removeLoginItemWithURL(const QUrl &url)
+{
+    removeLoginItemAtIndex(indexForLoginItemWithURL(url));
+}
+
+void LoginItemRegistry::removeLoginItemAtIndex(qsizetype index)
+{
+    const QList<LoginItem> items = allLoginItems();
+    if (index >= 0 && index < items.size())
+        QFile::remove(items[index].file);
+}
+
+qsizetype LoginItemRegistry::indexForLoginItemWithPath(const QString &path)
+{
+    return indexForLoginItemWithURL(QUrl::fromLocalFile(QDir::cleanPath(path)));
+}
+
+qsizetype LoginItemRegistry::indexForLoginItemWithURL(const QUrl &url)
+{
+    const QList<LoginItem> items = allLoginItems();
+    const auto item =
+        std::find_if(items.cbegin(), items.cend(), [&url](const LoginItem &i) { return i.url == url; });
+    return item == items.cend() ? -1 : item - items.cbegin();
+}
