@@ -11,7 +11,7 @@
 #include "Utility/Paths/PathTable.h"
 
 #include <QAbstractEventDispatcher>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -262,8 +262,8 @@ Result wholeMonitor(quint16 port, int count)
     QEventLoop loop;
     SystemClock clock;
     RecordingStatusItem item;
-    MeasuredMonitor monitor({.statusItem = item, .clock = clock, .isDesktopDark = [] { return false; }}, loop,
-                            count);
+    DistributedNotificationCenter notifications;
+    MeasuredMonitor monitor({.statusItem = item, .clock = clock, .notifications = notifications}, loop, count);
     QElapsedTimer elapsed;
     elapsed.start();
     monitor.awakeFromNib();
@@ -301,7 +301,7 @@ int main(int argc, char **argv)
     if (sender == 0)
         runSender(listener);
     ::close(listener);
-    const QCoreApplication application(argc, argv);
+    const QApplication application(argc, argv);
 
     const struct {
         const char *name;

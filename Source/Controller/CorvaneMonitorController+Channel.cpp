@@ -74,7 +74,7 @@ void CorvaneMonitorController::didReceiveProgress(const DaemonMessage &report)
 
 void CorvaneMonitorController::didReceiveMessage(const QVariantList &message)
 {
-    didReceiveIPCMessage(message);
+    didReceiveIPCMessage(message, Origin::BackupDaemon);
 }
 
 void CorvaneMonitorController::didRefusePayload(const QString &reason)

@@ -7,6 +7,7 @@
 #include "Platform/AtomicFile.h"
 #include "Platform/MainThread.h"
 #include "Source/Controller/ReportRules.h"
+#include "Utility/CVSingletonForBackup.h"
 #include "Utility/Language/CVAppLocalization.h"
 #include "Utility/Language/LanguageManager.h"
 #include "Utility/Paths/PathTable.h"
@@ -67,6 +68,10 @@ void CorvaneMonitorController::didReceiveOperationProgress(const DaemonMessage &
     const JobFacts &facts = jobFacts();
     showReportTip(ReportRules::scheduledTip(type, facts.inProgress, facts.paused));
     backUpProgressResponseDict = report;
+    if (type == ProgressType::Started || type == ProgressType::Figures)
+        CVSingletonForBackup::shared().scheduleBackupRunning = true;
+    if (type == ProgressType::Started)
+        enableDisableManageSubMenus();
     if (type == ProgressType::Paused)
         schedulePaused();
     else if (type == ProgressType::Resumed)
@@ -101,6 +106,7 @@ void CorvaneMonitorController::showReportTip(ReportRules::Tip tip)
 
 void CorvaneMonitorController::schedulePaused()
 {
+    m_menu.apply(MenuItem::PauseJob, {.title = resumeScheduleJob.text()});
     setStatusMenuIconForState(MenuIcons::paused);
     setStatusMenuToolTip(scheduleJobPausedTooltip.text(), syncDaemonTooltip);
     std::ignore = AtomicFile::writeText(schedulerStatusInfoPath, QStringLiteral("2"));
@@ -108,6 +114,7 @@ void CorvaneMonitorController::schedulePaused()
 
 void CorvaneMonitorController::scheduleResumed()
 {
+    m_menu.apply(MenuItem::PauseJob, {.title = pauseScheduleJob.text()});
     const QString tip = isBackupInProgress() ? backupProgressTooltip.text()
                                              : localized(pathValue(QLatin1String("ApplicationFullName")));
     setStatusMenuToolTip(tip, syncDaemonTooltip);
@@ -119,6 +126,8 @@ void CorvaneMonitorController::scheduleEnded()
 {
     scheduleResumed(); // a job that ended while it was paused leaves no pause behind
     schedulerController.currentscheduleuser = QString();
+    CVSingletonForBackup::shared().scheduleBackupRunning = false;
     m_jobFacts.reset();
+    enableDisableManageSubMenus();
     setStatusMenuIconForState(MenuIcons::normal);
 }

@@ -16,7 +16,7 @@ constexpr Clock::Duration BlinkPeriod{500};
 
 void CorvaneMonitorController::checkForTotalQuota()
 {
-    schedulerController.isScheduleBackupInProgress();
+    refreshMenu();
     const auto record = UserRecords::getActiveUserDetails();
     const auto username = record ? PropertyList::textValue(*record, QStringLiteral("Username")) : std::nullopt;
     if (!username)

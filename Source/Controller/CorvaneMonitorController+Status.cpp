@@ -151,12 +151,13 @@ void CorvaneMonitorController::showImageOfKey(QLatin1String key)
 bool CorvaneMonitorController::applicationIsOnTheDarkSide() const
 {
     const auto style = GlobalDomain(QNUtility::globalPreferencesPath()).interfaceStyle();
-    return style ? *style == u"Dark" : m_isDesktopDark();
+    return style ? *style == u"Dark" : m_desktop.isDark();
 }
 
 void CorvaneMonitorController::darkModeChanged()
 {
     isDarkModeEnabled = applicationIsOnTheDarkSide();
+    m_desktop.refreshAlertColours();
     QString name = qnStatusItem.imageName();
     if (name.endsWith(QLatin1String("_alt")))
         name.chop(4);
@@ -272,8 +273,11 @@ QString CorvaneMonitorController::applicationNameWithVersion() const
 
 void CorvaneMonitorController::setButtonToolTip(const std::optional<QString> &text)
 {
-    qnStatusItem.setToolTip(StatusRules::buttonToolTip(pathValue(QLatin1String("ApplicationFullName")),
-                                                       Bundle::main().shortVersion(), text));
+    const QString tip = StatusRules::buttonToolTip(pathValue(QLatin1String("ApplicationFullName")),
+                                                   Bundle::main().shortVersion(), text);
+    if (tip != qnStatusItem.toolTip())
+        refreshMenuSoon(); // it has a line of the tool tip, and what changed that has changed more
+    qnStatusItem.setToolTip(tip);
 }
 
 void CorvaneMonitorController::moveStartedToolTipMessage()

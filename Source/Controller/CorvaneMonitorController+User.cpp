@@ -2,7 +2,10 @@
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
+#include "Platform/Bundle.h"
+#include "Platform/Home.h"
 #include "Platform/PropertyList.h"
+#include "Utility/QNUtility.h"
 
 QString CorvaneMonitorController::userNameOfDetails() const
 {
@@ -25,4 +28,17 @@ void CorvaneMonitorController::getPlan(const QString &user)
 void CorvaneMonitorController::getPlanForUser()
 {
     getPlan(signedInUser());
+}
+
+std::optional<QString> CorvaneMonitorController::linkedAccount()
+{
+    const auto linked = QNUtility::isAnyUserDeletedForProfile(::consoleUser().value_or(QString()));
+    return linked ? PropertyList::textValue(*linked, QStringLiteral("cname")) : std::nullopt;
+}
+
+std::optional<QString> CorvaneMonitorController::deploymentValue(const QString &key)
+{
+    const auto deployment =
+        PropertyList::readDictionary(Bundle::main().resource(QStringLiteral("Deployment.plist")));
+    return deployment ? PropertyList::textValue(*deployment, key) : std::nullopt;
 }

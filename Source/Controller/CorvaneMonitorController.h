@@ -3,27 +3,38 @@
 #include "Classes/Schedules/CorvaneSchedulerController.h"
 #include "Classes/Schedules/ScheduleStatusRules.h"
 #include "Messaging/DaemonChannel.h"
+#include "Messaging/MessageSendingModule.h"
+#include "Messaging/MessageTypes.h"
 #include "Platform/Clock.h"
 #include "Platform/Desktop/MenuIconAnimation.h"
 #include "Platform/Desktop/StatusItem.h"
+#include "Platform/NotificationCenter.h"
+#include "Platform/SessionBus/DistributedNotificationCenter.h"
 #include "Platform/StampedFile.h"
+#include "Source/Controller/DesktopActions.h"
+#include "Source/Controller/MenuRules.h"
 #include "Source/Controller/ReportRules.h"
+#include "Source/Controller/StatusMenu.h"
 #include "Source/Controller/StatusRules.h"
+#include "Utility/LaunchRules.h"
 #include "Utility/UserRecords.h"
 
 #include <QString>
 #include <QVariantMap>
 
-#include <functional>
+#include <array>
 #include <memory>
 #include <optional>
+#include <vector>
 
 /// The central object of the monitor: it lives as long as the process, knows everybody, and is known to the
 /// others only by the roles that it plays for them. All of it runs on the main thread; where a method may be
 /// called from elsewhere its comment says so.
 ///
-/// Contents: Lifecycle (+Lifecycle.cpp), User (+User.cpp), Channel (+Channel.cpp), Dispatch (+Dispatch.cpp),
-/// Progress (+Progress.cpp), Schedules (+Schedules.cpp), Status (+Status.cpp), Quota (+Quota.cpp)
+/// Contents: Lifecycle (+Lifecycle.cpp), Launch (+Launch.cpp), User (+User.cpp), Menu (+Menu.cpp),
+/// Notifications (+Notifications.cpp), Channel (+Channel.cpp), Dispatch (+Dispatch.cpp), Sync (+Sync.cpp),
+/// Progress (+Progress.cpp), Schedules (+Schedules.cpp), Status (+Status.cpp), Quota (+Quota.cpp), and what no
+/// part carries out yet (+Later.cpp)
 class CorvaneMonitorController : public DaemonChannelOwner, public SchedulerRole
 {
 public:
@@ -31,8 +42,12 @@ public:
     struct Surroundings {
         StatusItem &statusItem;
         Clock &clock;
-        std::function<bool()> isDesktopDark; ///< asked where the user's settings have no word
+        DistributedNotificationCenter &notifications;
+        DesktopActions desktop = {};
     };
+
+    /// Which way a message came.
+    enum class Origin { BackupDaemon, SyncDaemon };
 
     explicit CorvaneMonitorController(Surroundings surroundings);
     ~CorvaneMonitorController() override;
@@ -43,6 +58,53 @@ public:
     /// The start of the program, in its fixed order: language, cached paths, user, status item, first tool tip,
     /// and last the connection, so that a message finds everything in place.
     void awakeFromNib();
+    /// @}
+
+    /// @name Launch, in CorvaneMonitorController+Launch.cpp
+    /// @{
+    /// Makes the login item follow the user's settings.
+    void manageLaunchOnStartup();
+    void removeUpdateDMGFolder();
+    /// Opens what a file left by the main application or the installer names.
+    void redirectLaunch();
+    void openPreferences(const QString &object);
+    void resetMonitorUI(); ///< the user has signed out
+    void showTrayHelp();
+    void showPopOverMessage(const QString &content);
+    void launchApplication();
+    void launchCorvane(); ///< hands over to the helper that starts the main application after an update
+    /// Shows a message window with one text; the application comes to the front.
+    void displayWindowWithAlertMsg(const QString &text);
+    /// Opens the main application and asks it for a view: "ViewScheduleJobs", "Settings" or "ActivityLogs".
+    void initiateLaunchCorvaneApp(const QString &redirectionType);
+    void timerFired();
+    /// Stores the language of the notification and starts the program anew, in any case.
+    void loclaizationSetup(const QVariantMap &userInfo);
+    void quitApplication();
+    /// @}
+
+    /// @name Menu, in CorvaneMonitorController+Menu.cpp
+    /// @{
+    [[nodiscard]] StatusMenu &menu() { return m_menu; }
+    void localizationSetUp();
+    void menuWillOpen();
+    /// Brings the whole menu in line with the files.
+    void refreshMenu();
+    /// Has the menu brought in line in a moment: a panel sizes it by what stood in it before an opening.
+    void refreshMenuSoon();
+    void enablePreferences(); ///< a user has signed in to the main application
+    void reloadPreferences();
+    void reloadPreferencesFromApp();
+    void enableDisableManageSubMenus();
+    void disableScheduleSubMenu(); ///< a click on the switch for all jobs
+    void onlinehelp();
+    /// @}
+
+    /// @name Notifications, in CorvaneMonitorController+Notifications.cpp
+    /// @{
+    void receivedIPCMessageFailedFromSDToM(const QVariantMap &userInfo);
+    void enableDisbleSync(const QVariantMap &userInfo);
+    void recalQuotaForSync();
     /// @}
 
     /// @name User, in CorvaneMonitorController+User.cpp
@@ -66,10 +128,15 @@ public:
     /// @name Dispatch, in CorvaneMonitorController+Dispatch.cpp
     /// @{
     /// Takes a message of either daemon: type or text first, what came with it behind. From any thread.
-    void didReceiveIPCMessage(const QVariantList &message);
+    void didReceiveIPCMessage(const QVariantList &message, Origin origin);
     /// The display text of a message id; ids that the table doesn't know come back as they are. From any
     /// thread.
     [[nodiscard]] QString getMessageForID(const QString &message) const;
+    /// @}
+
+    /// @name Sync, in CorvaneMonitorController+Sync.cpp
+    /// @{
+    void enableCorvaneSync(); ///< listens to the sync daemon from now on
     /// @}
 
     /// @name Progress, in CorvaneMonitorController+Progress.cpp
@@ -128,15 +195,101 @@ public:
 
 private:
     // Lifecycle
+    void cachePaths();
+    void takeKeyChainState();
     void takeUserRecord();
+    void findRunningJob();
     void showFirstToolTip();
+    void startUpdates();
+    void startDelayedWork();
+    void registerObservers();
+
+    // Launch
+    [[nodiscard]] QString rootFile(const QString &name) const; ///< a file in the product's folder
+    void follow(LaunchRules::Redirection redirection);
+    void announceSilentUpdate();
+    [[nodiscard]] bool mainApplicationRuns() const;
+
+    // User
+    [[nodiscard]] static std::optional<QString>
+    linkedAccount(); ///< the account last linked to the console user
+    [[nodiscard]] static std::optional<QString> deploymentValue(const QString &key);
+
+    // Menu
+    [[nodiscard]] MenuRules::RunningJob runningJob();
+    [[nodiscard]] MenuRules::MenuInputs gatherMenuInputs();
+    [[nodiscard]] MenuRules::CloudDrive cloudDriveForMenu(const QString &user) const;
+    void carryOut(const MenuRules::MenuRefresh &refresh);
+    void takeMenuFacts(const MenuRules::MenuInputs &in);
+    void didClick(MenuAction action);
 
     // Channel
     [[nodiscard]] std::optional<qint64> daemonPort();
     [[nodiscard]] static std::shared_ptr<const qint64> decodePortFile(const QString &path);
 
     // Dispatch
-    void didReceiveToolTip(const QVariantMap &data);
+    struct IpcMessage {
+        const QVariantList &array;
+        const QString &text; ///< of its id
+        QVariant second;     ///< its number as text, or its data
+        Origin origin;
+
+        [[nodiscard]] bool hasData() const { return second.typeId() == QMetaType::QVariantMap; }
+        [[nodiscard]] QVariantMap data() const { return second.toMap(); }
+    };
+    struct DispatchRow {
+        int number;
+        void (CorvaneMonitorController::*action)(const IpcMessage &message);
+    };
+    static const std::array<DispatchRow, 29> DispatchRows;
+    void dispatch(const QVariantList &array, Origin origin);
+    void actOnId(const QString &id, const QVariantList &array);
+    [[nodiscard]] static QString describe(const QVariantList &array);
+    void didReceiveResetProfileUser(const IpcMessage &message);
+    void didReceiveInProgressLog(const IpcMessage &message);
+    void didReceivePermission(const IpcMessage &message);
+    void didReceiveResumeState(const IpcMessage &message);
+    void didReceivePauseState(const IpcMessage &message);
+    void didReceiveShellCommand(const IpcMessage &message);
+    void didReceiveToolTip(const IpcMessage &message);
+    void didReceiveDesktopNotification(const IpcMessage &message);
+    void didReceiveRemoteManage(const IpcMessage &message);
+    void didReceiveMachineDeleted(const IpcMessage &message);
+    void didReceiveLoginItemChange(const IpcMessage &message);
+    void didReceiveFullDiskAccess(const IpcMessage &message);
+    void didReceiveAutoUpdate(const IpcMessage &message);
+    void didReceivePushNote(const IpcMessage &message);
+
+    // Sync
+    class PortEar;
+    void makePortEar();
+    void dropPortEar();
+    void sendToSyncDaemon(const QString &text, SyncMessage::Number number);
+    void didReceiveReinitializationDone(const IpcMessage &message);
+    void didReceiveQuotaRecalculated(const IpcMessage &message);
+    void didReceiveSyncQuotaExceeded(const IpcMessage &message);
+    void didReceiveSyncQuotaFull(const IpcMessage &message);
+    void didReceiveUnlinked(const IpcMessage &message);
+    void didReceiveSyncLine(const IpcMessage &message);
+    void didReceiveFolderDeleted(const IpcMessage &message);
+    void didReceiveSelectiveSyncModified(const IpcMessage &message);
+    void didReceiveSelectiveSyncView(const IpcMessage &message);
+    void didReceiveEcho(const IpcMessage &message);
+    void didReceiveFolderPathMayChange(const IpcMessage &message);
+    void didReceivePasswordChanged(const IpcMessage &message);
+    void didReceivePauseStateChanged(const IpcMessage &message);
+    void didReceivePauseOrResumeSync(const IpcMessage &message);
+
+    // What no part carries out yet
+    static void later(const char *operation);
+    void showErrorReport();
+    void openProxySettings();
+    void viewSessionLog();
+    void performAutoUpdateWithoutDateCheck();
+    void disableSync();
+    void unlinkSync();
+    void syncPasswordChanged();
+    void pauseResumeSync();
 
     // Progress
     struct JobFacts { ///< what the files say of the running job, looked up once a turn of the event loop
@@ -186,7 +339,10 @@ private:
 
     StatusItem &qnStatusItem;
     Clock &m_clock;
-    std::function<bool()> m_isDesktopDark;
+    DistributedNotificationCenter &m_notifications;
+    DesktopActions m_desktop;
+    StatusMenu m_menu;
+    std::unique_ptr<Clock::Timer> m_menuTimer; ///< runs while a refresh is due
 
     // Lifecycle
     QString appFullName;
@@ -194,15 +350,30 @@ private:
     QString schedulerStatusInfoPath;
     QString loggedSyncDetailsUserPath;
     bool userNotLoggedIn = false;
+    bool monitorLaunched = false;
     std::unique_ptr<Clock::Timer> m_quotaTimer;
+    std::unique_ptr<Clock::Timer> m_updateTimer;
+    std::unique_ptr<Clock::Timer> m_notificationTimer;
+    std::vector<std::unique_ptr<Clock::Timer>> m_delayed; ///< single calls of a start, and of its end
+    std::vector<DistributedNotificationCenter::Observation> m_observations;
+    std::vector<NotificationCenter::Observation> m_localObservations;
+
+    // Launch
+    QString launchRedirectionType; ///< the view that the main application is to be asked for
+    std::unique_ptr<Clock::Timer> m_viewTimer;
+    bool isupdaterunning = false;
+    bool startAutoUpdateFromDaemon = false;
 
     // User
     std::optional<QString>
         m_lastLoggedInUser; ///< last name read from the record, else the account linked before
+    std::optional<QString> mPreviouslyLoggedInUser; ///< the account the menu was last built for
     std::optional<QString> loggedInProfile;
     QVariantMap mUserDetails;
     QVariantMap dataDict;
+    QVariantMap profileUser;
     bool isSubAccount = false;
+    bool isfreshAccount = false;
     bool mIsPersonalUser = false;
     bool mIsBusinessUser = false;
     bool mIsUnlimitedUser = false;
@@ -210,6 +381,14 @@ private:
     // Channel
     std::unique_ptr<DaemonChannel> mTCPWithDaemon;
     FileMemo<qint64> m_portFile{decodePortFile};
+
+    // Dispatch and sync
+    std::shared_ptr<PortEar> m_portEar;
+    std::unique_ptr<MessageSendingModule> mIPCWithSyncDaemon;
+    QVariantMap dictFordesktopNotif;
+    QString mSessionLogScheduledBackup;
+    bool shouldNotShowDesktopNotif = false;
+    bool shouldDisplayDesktopNotification = true;
 
     // Progress
     std::optional<DaemonMessage> backUpProgressResponseDict; ///< the last whole report

@@ -1,106 +1,11 @@
-#include "Platform/AtomicFile.h"
-#include "Platform/Home.h"
-#include "Source/Controller/CorvaneMonitorController.h"
-#include "Tests/Messaging/TestPeer.h"
-#include "Tests/Platform/ArchiveMaker.h"
-#include "Tests/Support/PrintQt.h"
-#include "Tests/Support/RecordingStatusItem.h"
-#include "Tests/Support/TemporaryHome.h"
-#include "Tests/WaitUntil.h"
-#include "Utility/Paths/PathTable.h"
-
-#include <QFileInfo>
-
-#include <gtest/gtest.h>
+#include "Tests/Controller/MonitorFixture.h"
 
 using namespace std::chrono_literals;
 
 namespace
 {
-const QString User = QStringLiteral("mona");
-
-QString path(const char *key)
+class ControllerTest : public MonitorFixture
 {
-    return pathValue(QLatin1String(key), {User});
-}
-
-/// A signed-in user with a job for tomorrow, a daemon that listens, and a monitor that has not started yet.
-class ControllerTest : public testing::Test
-{
-protected:
-    ControllerTest()
-    {
-        home.writeList(path("LastUserLoginDetailsFilePath"), QVariantMap{{QStringLiteral("Username"), User}});
-        home.writeList(path("UserDetailsPath"),
-                       QVariantMap{{QStringLiteral("TOTALQUOTASIZE"), QStringLiteral("bdbd")},
-                                   {QStringLiteral("USEDQUOTASIZE"), QStringLiteral("bb")}});
-        home.writeList(path("TCPPortFile"), QVariantMap{{QStringLiteral("port"), qlonglong(listener.port())}});
-        home.write(path("SchedulerStatusInfoPath"), "1");
-        setJob(0);
-    }
-
-    /// The archive with one daily job of this user; `status` 1 means that it runs.
-    void setJob(int status)
-    {
-        ArchiveMaker maker;
-        const QDateTime reference(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
-        const auto time = maker.date(double(reference.secsTo(clock.now().addDays(1))));
-        home.write(path("SchedulerSettingsFile"),
-                   maker.schedules({maker.record({{QStringLiteral("corvaneUserName"), User},
-                                                  {QStringLiteral("profileName"), *consoleUser()},
-                                                  {QStringLiteral("scheduleTime"), QVariant::fromValue(time)},
-                                                  {QStringLiteral("frequency"), 2},
-                                                  {QStringLiteral("status"), status}})}));
-    }
-
-    void setPaused(bool isPaused)
-    {
-        home.write(QFileInfo(path("BandwidthThrottleFilePathForTql")).path() + QStringLiteral("/pause.txt"),
-                   isPaused ? "1" : "0");
-    }
-
-    void start()
-    {
-        controller.awakeFromNib();
-        peer = listener.accept();
-        ASSERT_TRUE(peer);
-        ping = peer->receiveFrame();
-    }
-
-    void report(int type, const QString &user = User)
-    {
-        peer->send(TestPeer::frame(
-            QStringLiteral(
-                R"({"type":"operationProgress","userName":"%1","operationStartType":1,"progressType":%2})")
-                .arg(user)
-                .arg(type)
-                .toUtf8()));
-    }
-
-    [[nodiscard]] bool showsSoon(const QString &text)
-    {
-        return waitUntil([&] { return item.toolTip() == text; });
-    }
-
-    [[nodiscard]] QString switchText() const
-    {
-        return QString::fromUtf8(home.read(path("SchedulerStatusInfoPath")));
-    }
-
-    TemporaryHome home;
-    TestListener listener;
-    ManualClock clock{QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7))};
-    RecordingStatusItem item;
-    bool dark = false;
-    CorvaneMonitorController controller{
-        {.statusItem = item, .clock = clock, .isDesktopDark = [this] { return dark; }}};
-    std::unique_ptr<TestPeer> peer;
-    QByteArray ping;
-
-    const QString next =
-        QStringLiteral("Corvane 9.2.1\nYour next scheduled job will start on 03-05-2026 05:06");
-    const QString running = QStringLiteral("Corvane 9.2.1\nScheduled Backup is in progress.");
-    const QString paused = QStringLiteral("Corvane 9.2.1\nYour Scheduled job is paused.");
 };
 } // namespace
 

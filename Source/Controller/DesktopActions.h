@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+/// What the controller has done on the desktop for it; given from outside, so that it can be watched. What is
+/// not given does nothing.
+struct DesktopActions {
+    std::function<bool()> isDark = [] { return false; };
+    /// Whether the panel can be seen at all.
+    std::function<bool()> panelIsVisible = [] { return true; };
+    /// Shows a text at the status item for a moment.
+    std::function<void(const QString &text)> showPopover = [](const QString &) {};
+    /// Shows a message window with one text.
+    std::function<void(const QString &text)> showAlert = [](const QString &) {};
+    /// Takes the desktop's colours anew for a message window that stands.
+    std::function<void()> refreshAlertColours = [] {};
+    std::function<void(const QUrl &)> openUrl = [](const QUrl &) {};
+    /// Brings a running application to the front.
+    std::function<void(const QString &identifier)> activateApplication = [](const QString &) {};
+    /// Starts a program by its path, or by its name; false when that fails.
+    std::function<bool(const QString &path)> openProgram = [](const QString &) { return false; };
+    std::function<bool(const QString &name)> launchProgram = [](const QString &) { return false; };
+    /// Starts a helper with arguments and doesn't wait for it.
+    std::function<void(const QString &path, const QStringList &arguments)> runHelper =
+        [](const QString &, const QStringList &) {};
+    /// Has this program start anew when it has ended; the system's text of the error on failure.
+    std::function<std::optional<QString>()> relaunch = []() -> std::optional<QString> { return std::nullopt; };
+    /// Ends the program with status 0.
+    std::function<void()> quit = [] {};
+    /// Runs a shell command and doesn't wait for it.
+    std::function<void(const QString &command)> runShell = [](const QString &) {};
+    /// Whether whoever listens at that port of this machine may have shell commands run.
+    std::function<bool(quint16 port)> isListenerTrusted = [](quint16) { return false; };
+};
