@@ -37,7 +37,7 @@ start_session_bus() {
 start_display() {
     local number_file=$1.number
     : >"$number_file"
-    Xvfb -displayfd 3 -screen 0 1600x900x24 -nolisten tcp -noreset 3>"$number_file" >"$1" 2>&1 &
+    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp -noreset 3>"$number_file" >"$1" 2>&1 &
     desktop_pids+=($!)
     until_true 10 test -s "$number_file" || { echo "no display; see $1" >&2; return 1; }
     DISPLAY=:$(<"$number_file")

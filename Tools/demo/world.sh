@@ -45,6 +45,9 @@ demo() (
     fi
 
     local companions=$build/bin/companions
+    # A link and no copy: the program that runs has its table beside it, and the name that it is looked for by.
+    mkdir -p "$XDG_DATA_HOME/Corvane/bin"
+    ln -s "$companions/Corvane" "$XDG_DATA_HOME/Corvane/bin/Corvane"
     "$companions/corvane-main-application" language "$lang" >/dev/null
     "$companions/corvane-main-application" appearance "$look" >/dev/null
     "$companions/corvane-console" --screenshot-tool "$root/Tools/demo/screenshot" --out "$root/out" \
