@@ -12,9 +12,9 @@ constexpr std::chrono::milliseconds PollPace{100};
 constexpr std::array<const char *, 17> DaemonWords = {
     "job",     "interactive", "pause",     "resume",    "stop", "retry", "tooltip", "send",   "remote",
     "reports", "garbage",     "truncated", "oversized", "slow", "burst", "drop",    "clients"};
-constexpr std::array<const char *, 12> ApplicationWords = {"sign",     "account",   "quota",      "plan",
-                                                           "schedule", "immediate", "schedules",  "jobs",
-                                                           "clear",    "language",  "appearance", "notify"};
+constexpr std::array<const char *, 14> ApplicationWords = {
+    "sign",      "account",   "quota", "plan",  "engine",   "thin",       "schedule",
+    "immediate", "schedules", "jobs",  "clear", "language", "appearance", "notify"};
 
 template<typename Words>
 bool contains(const Words &words, const QString &word)

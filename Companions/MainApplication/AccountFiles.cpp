@@ -73,10 +73,7 @@ bool AccountFiles::writeDetails(const Account &account)
                                   {QStringLiteral("ErrorMessage"), QString()}});
     written &= setSubAccount(account.name, account.isSubAccount);
     written &= setPlan(account.name, account.plan);
-    if (account.usesEngine)
-        written &= writeWholeFile(path(QStringLiteral("TqlUserDetails")), {});
-    else
-        QFile::remove(path(QStringLiteral("TqlUserDetails")));
+    written &= setEngineUser(account.name, account.usesEngine);
     written &= writePropertyList(m_table.path(QStringLiteral("RemoteManageInfoPath"), {QDir::homePath()}),
                                  {{QStringLiteral("cname"), account.name}});
     const QString syncStates = m_table.path(QStringLiteral("SyncStateFilePath"));
@@ -107,11 +104,31 @@ bool AccountFiles::setQuota(const QString &account, double usedMebibytes, double
 
 bool AccountFiles::setPlan(const QString &account, const QString &plan)
 {
-    return writeWholeFile(m_table.path(QStringLiteral("AccountPlanFilePath"), {account}), plan.toUtf8());
+    const QString recordPath = m_table.path(QStringLiteral("LastUserLoginDetailsFilePath"));
+    QVariantMap record = readPropertyList(recordPath).toMap();
+    bool written =
+        writeWholeFile(m_table.path(QStringLiteral("AccountPlanFilePath"), {account}), plan.toUtf8());
+    if (record.value(QStringLiteral("Username")) == account) {
+        record.insert(QStringLiteral("Plan"), plan);
+        written &= writePropertyList(recordPath, record);
+    }
+    return written;
 }
 
 bool AccountFiles::setSubAccount(const QString &account, bool isSubAccount)
 {
     return writeWholeFile(m_table.path(QStringLiteral("AccountTypeFilePath"), {account}),
                           isSubAccount ? "true" : "false");
+}
+
+bool AccountFiles::setEngineUser(const QString &account, bool usesEngine)
+{
+    const QString marker = m_table.path(QStringLiteral("TqlUserDetails"), {account});
+    return usesEngine ? writeWholeFile(marker, {}) : !QFile::exists(marker) || QFile::remove(marker);
+}
+
+bool AccountFiles::setThinClient(bool isThinClient)
+{
+    return writePropertyList(m_table.path(QStringLiteral("ThinClientFilePath")),
+                             {{QStringLiteral("IsThinClient"), isThinClient}});
 }

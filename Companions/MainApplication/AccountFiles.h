@@ -38,11 +38,17 @@ public:
     /// Changes the stored quota figures and nothing else of the account's details.
     bool setQuota(const QString &account, double usedMebibytes, double totalMebibytes);
 
-    /// Changes the plan word.
+    /// Changes the plan word, in the record too where the account is signed in.
     bool setPlan(const QString &account, const QString &plan);
 
     /// Says whether another account pays for this one.
     bool setSubAccount(const QString &account, bool isSubAccount);
+
+    /// Says whether the account uses the storage engine.
+    bool setEngineUser(const QString &account, bool usesEngine);
+
+    /// Says whether this installation is one without protection and remote management.
+    bool setThinClient(bool isThinClient);
 
 private:
     [[nodiscard]] bool writeDetails(const Account &account);

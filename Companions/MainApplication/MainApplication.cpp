@@ -94,6 +94,21 @@ void MainApplication::addAccountCommands()
             return announce(m_accounts.setSubAccount(account, isSubAccount),
                             QStringLiteral("ReloadPreferences"));
         });
+    const auto addSwitch = [this](const QString &name, const QString &usage,
+                                  std::function<bool(const QString &account, bool on)> set) {
+        m_commands.add(name, usage, [this, set = std::move(set)](const QStringList &words, const QString &) {
+            const QString account = m_accounts.signedInAccount();
+            const bool on = words == QStringList{QStringLiteral("on")};
+            if (account.isEmpty() || (!on && words != QStringList{QStringLiteral("off")}))
+                return CommandResult::failed(QStringLiteral("needs a signed-in account, and on or off"));
+            return announce(set(account, on), QStringLiteral("ReloadPreferences"));
+        });
+    };
+    addSwitch(QStringLiteral("engine"),
+              QStringLiteral("engine on|off                 whether it uses the engine"),
+              [this](const QString &account, bool on) { return m_accounts.setEngineUser(account, on); });
+    addSwitch(QStringLiteral("thin client"), QStringLiteral("thin client on|off            what is installed"),
+              [this](const QString &, bool on) { return m_accounts.setThinClient(on); });
 }
 
 void MainApplication::addScheduleCommands()
