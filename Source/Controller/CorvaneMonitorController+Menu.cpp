@@ -80,7 +80,7 @@ MenuRules::MenuInputs CorvaneMonitorController::gatherMenuInputs()
     in.remote = {.hasUser = !user.isEmpty(),
                  .mobileOnly = plan == u"MobileOnly",
                  .word = PropertyList::textValue(webManagement, user).value_or(QString())};
-    in.protectionWord = protectionWordFor(mPreviouslyLoggedInUser.value_or(user));
+    in.protectionWord = protectionWordFor(user.isEmpty() ? mPreviouslyLoggedInUser.value_or(user) : user);
     in.switchText = AtomicFile::readText(schedulerStatusInfoPath);
     in.runningJob = runningJob();
     in.operationRuns = UserRecords::isAnyOperationRunning(user);
@@ -108,7 +108,8 @@ void CorvaneMonitorController::carryOut(const MenuRules::MenuRefresh &refresh)
         isSubAccount = *refresh.isSubAccount;
 }
 
-/// What a pass over the menu leaves behind in fields that others read.
+/// What an opening or a sign-in leaves behind in fields that others read; no other pass over the menu touches
+/// them.
 void CorvaneMonitorController::takeMenuFacts(const MenuRules::MenuInputs &in)
 {
     const QString user = userNameOfDetails();
@@ -134,7 +135,7 @@ void CorvaneMonitorController::menuWillOpen()
         blinkingTimer.reset();
         isMonitorClickedAfterQuotaExceed = true;
     }
-    refreshMenu();
+    takeMenuFacts(bringMenuInLine());
 }
 
 void CorvaneMonitorController::refreshMenuSoon()
@@ -145,12 +146,17 @@ void CorvaneMonitorController::refreshMenuSoon()
 
 void CorvaneMonitorController::refreshMenu()
 {
+    std::ignore = bringMenuInLine();
+}
+
+MenuRules::MenuInputs CorvaneMonitorController::bringMenuInLine()
+{
     m_menuTimer.reset();
     mUserDetails = UserRecords::getActiveUserDetails().value_or(QVariantMap());
-    const MenuRules::MenuInputs in = gatherMenuInputs();
-    takeMenuFacts(in);
+    MenuRules::MenuInputs in = gatherMenuInputs();
     m_menu.apply(MenuRules::needsUpdate(in.appFullName, in.switchText));
     carryOut(MenuRules::atOpening(in));
+    return in;
 }
 
 void CorvaneMonitorController::enableDisableManageSubMenus()
@@ -178,7 +184,6 @@ void CorvaneMonitorController::enablePreferences()
     setStatusMenuIconForState(MenuIcons::normal);
     reloadPreferences();
     checkForTotalQuota();
-    refreshMenuSoon();
 }
 
 void CorvaneMonitorController::reloadPreferences()

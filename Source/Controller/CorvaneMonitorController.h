@@ -220,6 +220,7 @@ private:
     [[nodiscard]] MenuRules::MenuInputs gatherMenuInputs();
     [[nodiscard]] MenuRules::CloudDrive cloudDriveForMenu(const QString &user) const;
     void carryOut(const MenuRules::MenuRefresh &refresh);
+    [[nodiscard]] MenuRules::MenuInputs bringMenuInLine();
     void takeMenuFacts(const MenuRules::MenuInputs &in);
     void didClick(MenuAction action);
 

@@ -41,7 +41,6 @@ const QString Later = QStringLiteral("Not available in this version: ");
 
 TEST_F(DispatchTest, EachRowIsReachedByItsNumberOrItsName)
 {
-    home.write(path("UpdateOnDaemonRestart"), "");
     const struct {
         const char *name;
         QVariantList array;

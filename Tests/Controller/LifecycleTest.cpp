@@ -116,6 +116,20 @@ TEST_F(LifecycleTest, SigningOutAndInAgain)
     EXPECT_FALSE(QFileInfo::exists(path("CancelledAccountInfoPath")));
 }
 
+TEST_F(LifecycleTest, OnlyAnOpeningAndASignInTellTheTypeOfTheAccount)
+{
+    QNUtility::userType = EUserType::Dedup;
+    start();
+    clock.advance(20s);
+    EXPECT_EQ(QNUtility::userType, EUserType::Dedup) << "neither the start nor a pass in between";
+    controller.menuWillOpen();
+    EXPECT_EQ(QNUtility::userType, EUserType::Other);
+    QNUtility::userType = EUserType::Dedup;
+    controller.enablePreferences();
+    EXPECT_EQ(QNUtility::userType, EUserType::Other);
+    QNUtility::userType = EUserType::Dedup;
+}
+
 TEST_F(LifecycleTest, TheSwitchForAllJobs)
 {
     start();
