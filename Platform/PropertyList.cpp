@@ -212,32 +212,37 @@ private:
         return nullptr;
     }
 
-    /// The library has no call for an integer above the signed range; it makes one only when it reads one.
-    static PlistNode unsignedNode(quint64 value)
+    /// For what the library has no call for and makes only when it reads it.
+    static PlistNode nodeFromXml(const QByteArray &element)
     {
-        if (value <= quint64(std::numeric_limits<qint64>::max()))
-            return PlistNode(plist_new_uint(value));
-        const auto xml = "<plist><integer>" + QByteArray::number(value) + "</integer></plist>";
+        const auto xml = "<plist>" + element + "</plist>";
         plist_t node = nullptr;
         plist_from_xml(xml.constData(), quint32(xml.size()), &node);
         return PlistNode(node);
     }
 
+    static PlistNode unsignedNode(quint64 value)
+    {
+        if (value <= quint64(std::numeric_limits<qint64>::max()))
+            return PlistNode(plist_new_uint(value));
+        return nodeFromXml("<integer>" + QByteArray::number(value) + "</integer>");
+    }
+
     /// The library takes text up to the first zero, and writes XML that it cannot read for other control
-    /// characters.
+    /// characters. Half of a surrogate pair has no form in UTF-8.
     bool isWritable(const QString &text) const
     {
-        return std::none_of(text.cbegin(), text.cend(), [this](QChar c) {
-            const auto unit = c.unicode();
-            const bool control = unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r';
-            return unit == 0 || (m_format == PropertyList::Format::Xml && (control || unit >= 0xFFFE));
-        });
+        return text.isValidUtf16() && std::none_of(text.cbegin(), text.cend(), [this](QChar c) {
+                   const auto unit = c.unicode();
+                   const bool control = unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r';
+                   return unit == 0 || (m_format == PropertyList::Format::Xml && (control || unit >= 0xFFFE));
+               });
     }
 
     PlistNode textNode(const QString &text)
     {
         if (!isWritable(text))
-            return refuse(QStringLiteral("text with a control character"));
+            return refuse(QStringLiteral("text with an unwritable character"));
         return PlistNode(plist_new_string(text.toUtf8().constData()));
     }
 
@@ -248,8 +253,11 @@ private:
         qint64 seconds = milliseconds / 1000;
         if (milliseconds % 1000 < 0)
             --seconds;
-        if (!date.isValid() || seconds != qint64(qint32(seconds)))
+        const auto utc = date.toUTC();
+        if (!date.isValid() || utc.date().year() < 1 || utc.date().year() > 9999)
             return refuse(QStringLiteral("date out of range"));
+        if (seconds != qint64(qint32(seconds)))
+            return nodeFromXml("<date>" + utc.toString(Qt::ISODate).toLatin1() + "</date>");
         return PlistNode(plist_new_date(qint32(seconds), qint32((milliseconds - seconds * 1000) * 1000)));
     }
 
@@ -270,7 +278,7 @@ private:
         PlistNode dictionary(plist_new_dict());
         for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
             if (!isWritable(entry.key()))
-                return refuse(QStringLiteral("key with a control character"));
+                return refuse(QStringLiteral("key with an unwritable character"));
             auto node = build(entry.value(), depth + 1);
             if (!node)
                 return nullptr;
@@ -303,7 +311,11 @@ std::optional<QByteArray> PropertyList::binaryFromXml(const QByteArray &bytes, Q
         explain(reason, QStringLiteral("too large"));
         return std::nullopt;
     }
-    if (!xmlPlistIsWellNested(xml, {.depth = MaxDepth, .elements = 2 * MaxValues})) {
+    if (!QUtf8StringView(xml.constData(), xml.size()).isValidUtf8()) {
+        explain(reason, QStringLiteral("no UTF-8")); // the library would drop the rest of such a text
+        return std::nullopt;
+    }
+    if (!xmlPlistIsWellFormed(xml, {.depth = MaxDepth, .elements = 2 * MaxValues})) {
         explain(reason, QStringLiteral("no property list"));
         return std::nullopt;
     }
@@ -369,6 +381,8 @@ std::optional<QByteArray> PropertyList::serialize(const QVariant &list, Format f
     auto bytes = bytesOf(root.get(), format == Format::Binary ? &plist_to_bin : &plist_to_xml);
     if (!bytes)
         explain(reason, QStringLiteral("the library made nothing of it"));
+    else if (format == Format::Xml)
+        bytes->replace("\r", "&#13;"); // readers take a bare one for a line feed
     return bytes;
 }
 

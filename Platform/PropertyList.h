@@ -36,8 +36,8 @@ inline constexpr qint64 MaxPayloadBytes = 2 * MaxBytes;
 [[nodiscard]] std::optional<QVariantMap> readDictionary(const QString &path, QString *reason = nullptr);
 
 /// The list as bytes. None when a value has no form in a property list (an invalid variant, another type, text
-/// with control characters, a date outside 1933 to 2068) or a binary root is no collection. XML drops fractions
-/// of a second.
+/// with control characters or half a surrogate pair, a date outside the years 1 to 9999) or a binary root is no
+/// collection. XML drops fractions of a second, and so does binary before 1933 and after 2068.
 [[nodiscard]] std::optional<QByteArray> serialize(const QVariant &list, Format format,
                                                   QString *reason = nullptr);
 

@@ -16,7 +16,7 @@ class NestingScan
 public:
     NestingScan(QByteArrayView xml, XmlPlistLimits limits) : m_xml(xml), m_limits(limits) {}
 
-    bool isWellNested()
+    bool isWellFormed()
     {
         for (auto open = m_xml.indexOf('<'); open >= 0; open = m_xml.indexOf('<', m_position)) {
             if (!take(open))
@@ -66,6 +66,8 @@ private:
         if (closes && empty)
             return false;
         const auto name = tag.sliced(closes ? 1 : 0).chopped(empty ? 1 : 0).trimmed();
+        if (name == "integer" && !closes && !empty)
+            return startsWithInteger(m_xml.sliced(m_position));
         if (!name.startsWith("array") && !name.startsWith("dict"))
             return true;
         if (closes) {
@@ -78,6 +80,18 @@ private:
         return m_open.size() + m_passedLevels <= m_limits.depth;
     }
 
+    /// Decimal or hexadecimal digits of at most 64 bits up to the next tag; the parser would put another number
+    /// in place of anything else.
+    static bool startsWithInteger(QByteArrayView text)
+    {
+        const auto digits = text.first(std::max<qsizetype>(0, text.indexOf('<'))).trimmed();
+        const int base = digits.contains('x') || digits.contains('X') ? 16 : 10;
+        bool isSigned = false, isUnsigned = false;
+        (void)digits.toLongLong(&isSigned, base);
+        (void)digits.toULongLong(&isUnsigned, base);
+        return isSigned || isUnsigned;
+    }
+
     QByteArrayView m_xml;
     XmlPlistLimits m_limits;
     QVarLengthArray<QByteArrayView, 32> m_open;
@@ -87,7 +101,7 @@ private:
 };
 } // namespace
 
-bool xmlPlistIsWellNested(QByteArrayView xml, XmlPlistLimits limits)
+bool xmlPlistIsWellFormed(QByteArrayView xml, XmlPlistLimits limits)
 {
-    return NestingScan(xml, limits).isWellNested();
+    return NestingScan(xml, limits).isWellFormed();
 }

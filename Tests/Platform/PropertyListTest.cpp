@@ -3,7 +3,6 @@
 #include "Tests/Platform/ArchiveMaker.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTimeZone>
 
@@ -12,6 +11,7 @@
 #include <limits>
 #include <random>
 
+using namespace Qt::StringLiterals;
 using PropertyList::Format;
 
 namespace
@@ -30,10 +30,7 @@ QByteArray repeated(const QByteArray &text, int times)
 TEST(PropertyListTest, EveryTypeSurvivesBothForms)
 {
     const QDateTime date(QDate(2026, 11, 22), QTime(21, 4, 5), Qt::UTC);
-    const struct {
-        const char *name;
-        QVariant value;
-    } rows[] = {
+    const std::pair<const char *, QVariant> rows[] = {
         {"true", true},
         {"false", false},
         {"one is no boolean", qlonglong(1)},
@@ -45,26 +42,30 @@ TEST(PropertyListTest, EveryTypeSurvivesBothForms)
         {"whole real", 3.0},
         {"large real", 1e300},
         {"empty text", QString()},
-        {"text", QStringLiteral("a<b>&\"é\n\t\U0001F600")},
+        {"text", u"a<b>&\"é\n\t\U0001F600"_s},
+        {"blanks and carriage returns", u" \r\n "_s},
         {"data", QByteArray("\x00\xFF<", 3)},
         {"date", date},
         {"date before 2001", QDateTime(QDate(1970, 1, 1), QTime(0, 0, 1), Qt::UTC)},
+        {"first date", QDateTime(QDate(1, 1, 1), QTime(0, 0), Qt::UTC)},
+        {"last date", QDateTime(QDate(9999, 12, 31), QTime(23, 59, 59), Qt::UTC)},
         {"reference", QVariant::fromValue(PropertyListUid{70000})},
         {"empty array", QVariantList()},
-        {"nested", QVariantList{QVariantMap{{QStringLiteral("é k"), QVariantList{1LL, true}}}}},
+        {"nested", QVariantList{QVariantMap{{u"é k"_s, QVariantList{1LL, true}}}}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const QVariant list = QVariantMap{{QStringLiteral("value"), row.value}};
+    for (const auto &[name, wanted] : rows) {
+        SCOPED_TRACE(name);
+        const QVariant list = QVariantMap{{u"value"_s, wanted}};
         for (const auto format : {Format::Xml, Format::Binary}) {
             const auto bytes = PropertyList::serialize(list, format);
             ASSERT_TRUE(bytes);
             EXPECT_EQ(bytes->startsWith("bplist00"), format == Format::Binary);
+            EXPECT_TRUE(format == Format::Binary || !bytes->contains('\r')) << "readers make a line feed of it";
             const auto read = PropertyList::parse(*bytes);
             ASSERT_TRUE(read);
-            const auto value = read->toMap().value(QStringLiteral("value"));
-            EXPECT_EQ(value.typeId(), row.value.typeId());
-            EXPECT_EQ(value, row.value);
+            const auto value = read->toMap().value(u"value"_s);
+            EXPECT_EQ(value.typeId(), wanted.typeId());
+            EXPECT_EQ(value, wanted);
         }
     }
 }
@@ -72,19 +73,16 @@ TEST(PropertyListTest, EveryTypeSurvivesBothForms)
 TEST(PropertyListTest, ReadsWhatOtherWritersWrite)
 {
     const QDateTime farAway(QDate(4001, 1, 1), QTime(0, 0), Qt::UTC);
-    const struct {
-        const char *name;
-        QByteArray bytes;
-        QVariant value;
-    } rows[] = {
-        {"scalar root", xmlList("<string>a &amp; b</string>"), QStringLiteral("a & b")},
+    const std::tuple<const char *, QByteArray, QVariant> rows[] = {
+        {"scalar root", xmlList("<string>a &amp; b</string>"), u"a & b"_s},
         {"document type and comment",
          "<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"-//X//Y\" \"http://z\">\n<!-- <array> -->" +
              xmlList("<array><true/></array>"),
          QVariantList{true}},
+        {"hexadecimal", xmlList("<integer> -0x1F </integer>"), -31LL},
         {"byte order mark", "\xEF\xBB\xBF" + xmlList("<true/>"), true},
         {"tags in CDATA", xmlList("<array><string><![CDATA[</array>]]></string></array>"),
-         QVariantList{QStringLiteral("</array>")}},
+         QVariantList{u"</array>"_s}},
         {"reference", xmlList("<dict><key>CF$UID</key><integer>7</integer></dict>"),
          QVariant::fromValue(PropertyListUid{7})},
         {"date past 2068", xmlList("<date>4001-01-01T00:00:00Z</date>"), farAway},
@@ -96,31 +94,26 @@ TEST(PropertyListTest, ReadsWhatOtherWritersWrite)
         {"single precision", rawPlist({QByteArray("\x22\x3F\x00\x00\x00", 5)}), 0.5},
         {"UTF-16 text", rawPlist({QByteArray("\x62\x00\xE9\xD8\x3D", 5)}), QString::fromUtf16(u"\u00E9\xD83D")},
         {"shared entry", rawPlist({QByteArray("\xA2\x01\x01"), QByteArray("\x51x")}),
-         QVariantList{QStringLiteral("x"), QStringLiteral("x")}},
+         QVariantList{u"x"_s, u"x"_s}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, bytes, wanted] : rows) {
+        SCOPED_TRACE(name);
         QString reason;
-        const auto value = PropertyList::parse(row.bytes, &reason);
+        const auto value = PropertyList::parse(bytes, &reason);
         ASSERT_TRUE(value) << qPrintable(reason);
-        EXPECT_EQ(value->typeId(), row.value.typeId());
-        EXPECT_EQ(*value, row.value);
+        EXPECT_EQ(value->typeId(), wanted.typeId());
+        EXPECT_EQ(*value, wanted);
     }
 }
 
 TEST(PropertyListTest, RefusesWhatIsDamagedOrHostile)
 {
-    std::initializer_list<QByteArray> doubling = {
-        "\xA2\x01\x01", "\xA2\x02\x02", "\xA2\x03\x03", "\xA2\x04\x04", "\xA2\x05\x05", "\xA2\x06\x06",
-        "\xA2\x07\x07", "\xA2\x08\x08", "\xA2\x09\x09", "\xA2\x0A\x0A", "\xA2\x0B\x0B", "\xA2\x0C\x0C",
-        "\xA2\x0D\x0D", "\xA2\x0E\x0E", "\xA2\x0F\x0F", "\xA2\x10\x10", "\xA2\x11\x11", "\xA2\x12\x12",
-        "\xA2\x13\x13", "\xA2\x14\x14", "\xA2\x15\x15", "\xA2\x16\x16", "\xA2\x17\x17", "\x09"};
+    std::vector<QByteArray> doubling;
+    for (char next = 1; next <= 23; ++next)
+        doubling.push_back(QByteArray("\xA2") + next + next);
+    doubling.push_back("\x09");
     constexpr int Deep = 100'000;
-    const struct {
-        const char *name;
-        QByteArray bytes;
-        const char *reason;
-    } rows[] = {
+    const std::tuple<const char *, QByteArray, const char *> rows[] = {
         {"nothing", "", "no property list"},
         {"plain text", "12345", "no property list"},
         {"XML cut in a text", "<plist><dict><key>a</key><string>b", "no property list"},
@@ -131,6 +124,10 @@ TEST(PropertyListTest, RefusesWhatIsDamagedOrHostile)
          "no property list"},
         {"deep XML in a comment", xmlList("<!-->" + repeated("<dict>", Deep) + "-->"), "no property list"},
         {"tags out of step", xmlList("<array><dict></array></dict>"), "no property list"},
+        {"integer of more than 64 bits", xmlList("<integer>18446744073709551616</integer>"),
+         "no property list"},
+        {"integer below the least", xmlList("<integer>-9223372036854775809</integer>"), "no property list"},
+        {"no UTF-8", xmlList("<string>caf\xE9</string>"), "no UTF-8"},
         {"magic alone", "bplist00", "damaged trailer"},
         {"count over the table", rawPlist({"\x09"}).replace(33, 1, "\x7F"), "damaged trailer"},
         {"array that holds itself", rawPlist({QByteArray("\xA1\x00", 2)}), "nested too deeply"},
@@ -149,18 +146,18 @@ TEST(PropertyListTest, RefusesWhatIsDamagedOrHostile)
          "integer of more than 64 bits"},
         {"too large", QByteArray(PropertyList::MaxBytes + 1, ' '), "too large"},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, bytes, wanted] : rows) {
+        SCOPED_TRACE(name);
         QString reason;
-        EXPECT_FALSE(PropertyList::parse(row.bytes, &reason));
-        EXPECT_EQ(reason.toStdString(), row.reason);
+        EXPECT_FALSE(PropertyList::parse(bytes, &reason));
+        EXPECT_EQ(reason.toStdString(), wanted);
     }
 }
 
 TEST(PropertyListTest, DamagedBytesGiveAnAnswer)
 {
-    const QVariantMap list{{QStringLiteral("a"), QVariantList{1LL, 2.5, true, QByteArray("xyz")}},
-                           {QStringLiteral("é"), QDateTime(QDate(2026, 1, 1), QTime(1, 2), Qt::UTC)}};
+    const QVariantMap list{{u"a"_s, QVariantList{1LL, 2.5, true, QByteArray("xyz")}},
+                           {u"é"_s, QDateTime(QDate(2026, 1, 1), QTime(1, 2), Qt::UTC)}};
     std::mt19937 random(20261122); // fixed, so that a failure comes again
     for (const auto format : {Format::Xml, Format::Binary}) {
         const auto whole = PropertyList::serialize(list, format).value();
@@ -181,26 +178,23 @@ TEST(PropertyListTest, RefusesToWriteWhatCouldNotBeReadBack)
     QVariant deep = QVariantList();
     for (int level = 0; level < 200; ++level)
         deep = QVariantList{deep};
-    const struct {
-        const char *name;
-        QVariant list;
-        bool xml, binary;
-    } rows[] = {
+    const std::tuple<const char *, QVariant, bool, bool> rows[] = {
         {"invalid variant", QVariantList{QVariant()}, false, false},
         {"other type", QVariantList{QVariant(QChar(u'x'))}, false, false},
         {"zero in a text", QVariantList{QString(QChar(u'\0'))}, false, false},
-        {"bell in a text", QVariantList{QStringLiteral("\a")}, false, true},
-        {"bell in a key", QVariantMap{{QStringLiteral("\a"), 1}}, false, true},
-        {"date past 2068", QVariantList{QDateTime(QDate(2070, 1, 1), QTime(), Qt::UTC)}, false, false},
+        {"bell in a text", QVariantList{u"\a"_s}, false, true},
+        {"bell in a key", QVariantMap{{u"\a"_s, 1}}, false, true},
+        {"half a surrogate pair", QVariantList{QString(QChar(0xD83D))}, false, false},
+        {"year 10000", QVariantList{QDateTime(QDate(10000, 1, 1), QTime(0, 0), Qt::UTC)}, false, false},
         {"reference beside a type without form", QVariantList{QVariant::fromValue(PropertyListUid{1}), QTime()},
          false, false},
         {"too deep", deep, false, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, list, xml, binary] : rows) {
+        SCOPED_TRACE(name);
         QString reason;
-        EXPECT_EQ(PropertyList::serialize(row.list, Format::Xml, &reason).has_value(), row.xml);
-        EXPECT_EQ(PropertyList::serialize(row.list, Format::Binary, &reason).has_value(), row.binary);
+        EXPECT_EQ(PropertyList::serialize(list, Format::Xml, &reason).has_value(), xml);
+        EXPECT_EQ(PropertyList::serialize(list, Format::Binary, &reason).has_value(), binary);
         EXPECT_FALSE(reason.isEmpty());
     }
 }
@@ -208,14 +202,14 @@ TEST(PropertyListTest, RefusesToWriteWhatCouldNotBeReadBack)
 TEST(PropertyListTest, FilesAreReadWholeAndReplacedWhole)
 {
     const QTemporaryDir home;
-    const auto path = home.filePath(QStringLiteral("list.plist"));
+    const auto path = home.filePath(u"list.plist"_s);
     QString reason;
     EXPECT_FALSE(PropertyList::readDictionary(path, &reason));
     EXPECT_EQ(reason, u"cannot be read");
 
-    ASSERT_TRUE(PropertyList::write(path, QVariantMap{{QStringLiteral("Username"), QStringLiteral("ann")}}));
+    ASSERT_TRUE(PropertyList::write(path, QVariantMap{{u"Username"_s, u"ann"_s}}));
     EXPECT_FALSE(PropertyList::write(path, QVariantList{QVariant()}));
-    EXPECT_EQ(PropertyList::readDictionary(path)->value(QStringLiteral("Username")), QStringLiteral("ann"));
+    EXPECT_EQ(PropertyList::readDictionary(path)->value(u"Username"_s), u"ann"_s);
 
     ASSERT_TRUE(PropertyList::write(path, QVariantList{1}, Format::Binary));
     EXPECT_FALSE(PropertyList::readDictionary(path, &reason));
@@ -224,21 +218,11 @@ TEST(PropertyListTest, FilesAreReadWholeAndReplacedWhole)
 
 TEST(PropertyListTest, EntriesAreTakenByTheirOwnTypeOnly)
 {
-    const auto list = PropertyList::parse(xmlList(
-        "<dict><key>t</key><string>1</string><key>i</key><integer>1</integer><key>b</key><true/></dict>"));
-    const auto dictionary = list->toMap();
-    const struct {
-        const char *key;
-        bool text, integer, boolean;
-    } rows[] = {{"t", true, false, false},
-                {"i", false, true, false},
-                {"b", false, false, true},
-                {"x", false, false, false}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.key);
-        const auto key = QString::fromLatin1(row.key);
-        EXPECT_EQ(PropertyList::textValue(dictionary, key).has_value(), row.text);
-        EXPECT_EQ(PropertyList::intValue(dictionary, key).has_value(), row.integer);
-        EXPECT_EQ(PropertyList::boolValue(dictionary, key).has_value(), row.boolean);
+    const QVariantMap list{{u"t"_s, u"1"_s}, {u"i"_s, 1LL}, {u"b"_s, true}};
+    for (const QString &key : {u"t"_s, u"i"_s, u"b"_s, u"x"_s}) {
+        SCOPED_TRACE(key.toStdString());
+        EXPECT_EQ(PropertyList::textValue(list, key).has_value(), key == u"t");
+        EXPECT_EQ(PropertyList::intValue(list, key).has_value(), key == u"i");
+        EXPECT_EQ(PropertyList::boolValue(list, key).has_value(), key == u"b");
     }
 }
