@@ -2,6 +2,7 @@
 
 #include "Platform/AtomicFile.h"
 #include "Platform/PropertyList.h"
+#include "Platform/StampedFile.h"
 #include "Utility/Paths/PathTable.h"
 #include "Utility/QNUtility.h"
 
@@ -55,7 +56,13 @@ std::optional<QString> UserRecords::getLastLoggedInUser()
 
 std::optional<QVariantMap> UserRecords::getActiveUserDetails()
 {
-    return PropertyList::readDictionary(pathValue(QLatin1String("LastUserLoginDetailsFilePath"), {}));
+    // Every message asks for it, most of them more than once; a thread decodes it again when it has changed.
+    static thread_local FileMemo<QVariantMap> record([](const QString &path) {
+        const auto list = PropertyList::readDictionary(path);
+        return list ? std::make_shared<const QVariantMap>(*list) : nullptr;
+    });
+    const auto details = record.read(pathValue(QLatin1String("LastUserLoginDetailsFilePath"), {}));
+    return details ? std::optional(*details) : std::nullopt;
 }
 
 bool UserRecords::isDisconnectedUser(const std::optional<QString> &user)
