@@ -1,5 +1,6 @@
 #include "Tests/Controller/MonitorFixture.h"
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -19,109 +20,77 @@ protected:
     /// The message lines that the trace has gained since the last call.
     QStringList news()
     {
-        const QStringList lines = trace().split(QStringLiteral(" \n"), Qt::SkipEmptyParts);
+        const QStringList lines = trace().split(u" \n"_s, Qt::SkipEmptyParts);
         QStringList messages;
         for (const QString &line : lines.mid(m_seen))
-            messages.append(line.section(QStringLiteral(" : "), 1));
+            messages.append(line.section(u" : "_s, 1));
         m_seen = lines.size();
         return messages;
     }
 
     static QVariantList port(const QString &text, const QString &number)
     {
-        return {text, number, QStringLiteral("SyncDM"), QStringLiteral("SyncMD")};
+        return {text, number, u"SyncDM"_s, u"SyncMD"_s};
     }
 
 private:
     qsizetype m_seen = 0;
 };
 
-const QString Later = QStringLiteral("Not available in this version: ");
+const QString Later = u"Not available in this version: "_s;
 } // namespace
 
 TEST_F(DispatchTest, EachRowIsReachedByItsNumberOrItsName)
 {
-    const struct {
-        const char *name;
-        QVariantList array;
-        QStringList expected;
-    } rows[] = {
-        {"resume",
-         {QStringLiteral("SetResumeState"), QString()},
-         {Later + QStringLiteral("SCpauseresume: resume")}},
-        {"pause",
-         {QStringLiteral("SetPauseState"), QString()},
-         {Later + QStringLiteral("SCpauseresume: pause")}},
-        {"pause by number",
-         port(QStringLiteral("x"), QStringLiteral("7")),
-         {Later + QStringLiteral("SCpauseresume: pause")}},
-        {"re-initialised",
-         port(QStringLiteral("x"), QStringLiteral("516")),
-         {QStringLiteral("Re-initialization completed")}},
-        {"quota recalculated",
-         port(QStringLiteral("x"), QStringLiteral("508")),
-         {QStringLiteral("ReCalQuotaForSync message received")}},
+    const std::tuple<const char *, QVariantList, QStringList> rows[] = {
+        {"resume", {u"SetResumeState"_s, QString()}, {Later + u"SCpauseresume: resume"_s}},
+        {"pause", {u"SetPauseState"_s, QString()}, {Later + u"SCpauseresume: pause"_s}},
+        {"pause by number", port(u"x"_s, u"7"_s), {Later + u"SCpauseresume: pause"_s}},
+        {"re-initialised", port(u"x"_s, u"516"_s), {u"Re-initialization completed"_s}},
+        {"quota recalculated", port(u"x"_s, u"508"_s), {u"ReCalQuotaForSync message received"_s}},
         {"unlinked",
-         port(QStringLiteral("x"), QStringLiteral("507")),
-         {QStringLiteral(R"(Sync unlinked message obtained, inArray = ["x","507","SyncDM","SyncMD"])"),
-          Later + QStringLiteral("unlinkSync")}},
+         port(u"x"_s, u"507"_s),
+         {uR"(Sync unlinked message obtained, inArray = ["x","507","SyncDM","SyncMD"])"_s,
+          Later + u"unlinkSync"_s}},
         {"folder deleted",
-         port(QStringLiteral("x"), QStringLiteral("512")),
-         {QStringLiteral("SyncFolderDeleted Received in CorvaneMonitor"),
-          Later + QStringLiteral("disableSync")}},
-        {"selective sync",
-         port(QStringLiteral("x"), QStringLiteral("513")),
-         {QStringLiteral("Got the SelectiveSyncModified msg")}},
-        {"password",
-         port(QStringLiteral("x"), QStringLiteral("509")),
-         {Later + QStringLiteral("syncPasswordChanged")}},
-        {"pause state",
-         port(QStringLiteral("x"), QStringLiteral("503")),
-         {Later + QStringLiteral("updatePauseResumeSyncMenu")}},
-        {"pause or resume",
-         port(QStringLiteral("x"), QStringLiteral("5000")),
-         {Later + QStringLiteral("pauseResumeSync")}},
-        {"machine deleted",
-         {QStringLiteral("logoutOnMachineDelete"), QVariantMap()},
-         {Later + QStringLiteral("disableSync")}},
-        {"full disk access",
-         {QStringLiteral("FDAMessage"), QVariantMap()},
-         {Later + QStringLiteral("checkDaemonFullDiskAccess")}},
-        {"update",
-         {QStringLiteral("AutoUpdate"), QVariantMap()},
-         {Later + QStringLiteral("performAutoUpdateWithoutDateCheck")}},
+         port(u"x"_s, u"512"_s),
+         {u"SyncFolderDeleted Received in CorvaneMonitor"_s, Later + u"disableSync"_s}},
+        {"selective sync", port(u"x"_s, u"513"_s), {u"Got the SelectiveSyncModified msg"_s}},
+        {"password", port(u"x"_s, u"509"_s), {Later + u"syncPasswordChanged"_s}},
+        {"pause state", port(u"x"_s, u"503"_s), {Later + u"updatePauseResumeSyncMenu"_s}},
+        {"pause or resume", port(u"x"_s, u"5000"_s), {Later + u"pauseResumeSync"_s}},
+        {"machine deleted", {u"logoutOnMachineDelete"_s, QVariantMap()}, {Later + u"disableSync"_s}},
+        {"full disk access", {u"FDAMessage"_s, QVariantMap()}, {Later + u"checkDaemonFullDiskAccess"_s}},
+        {"update", {u"AutoUpdate"_s, QVariantMap()}, {Later + u"performAutoUpdateWithoutDateCheck"_s}},
         {"install",
-         {QStringLiteral("RemoteManage"),
-          QVariantMap{{QStringLiteral("ChannelType"), QStringLiteral("remoteInstall")}}},
-         {QStringLiteral("remote install condition IPC"), QStringLiteral("remote install if condition"),
-          Later + QStringLiteral("checkforupdatewithscript")}},
-        {"install, without a channel", {QStringLiteral("RemoteManage"), QVariantMap()}, {}},
+         {u"RemoteManage"_s, QVariantMap{{u"ChannelType"_s, u"remoteInstall"_s}}},
+         {u"remote install condition IPC"_s, u"remote install if condition"_s,
+          Later + u"checkforupdatewithscript"_s}},
+        {"install, without a channel", {u"RemoteManage"_s, QVariantMap()}, {}},
         {"shutdown, alone",
-         {QStringLiteral("Shutdown")},
-         {QStringLiteral("----- ShutDown timer alert -------"), Later + QStringLiteral("showShutdownPopup")}},
-        {"old progress",
-         {QStringLiteral("Progress"), QVariantMap()},
-         {Later + QStringLiteral("showscheduleprogress")}},
+         {u"Shutdown"_s},
+         {u"----- ShutDown timer alert -------"_s, Later + u"showShutdownPopup"_s}},
+        {"old progress", {u"Progress"_s, QVariantMap()}, {Later + u"showscheduleprogress"_s}},
         {"bandwidth",
-         {pathValue(QLatin1String("updateBandwidthMacInUseValue"))},
-         {Later + QStringLiteral("updateBandwidthMacInUseValueReceivedFromRM")}},
+         {pathValue("updateBandwidthMacInUseValue"_L1)},
+         {Later + u"updateBandwidthMacInUseValueReceivedFromRM"_s}},
         {"an id and a row",
-         port(QStringLiteral("T1019"), QStringLiteral("507")),
-         {Later + QStringLiteral("enableUnlinkStatusAndPostNotification"),
-          QStringLiteral(R"(Sync unlinked message obtained, inArray = ["T1019","507","SyncDM","SyncMD"])"),
-          Later + QStringLiteral("unlinkSync")}},
+         port(u"T1019"_s, u"507"_s),
+         {Later + u"enableUnlinkStatusAndPostNotification"_s,
+          uR"(Sync unlinked message obtained, inArray = ["T1019","507","SyncDM","SyncMD"])"_s,
+          Later + u"unlinkSync"_s}},
         {"reset from the web",
-         {QStringLiteral("N1037")},
-         {QStringLiteral(R"(Notify DisableSync : ["N1037"])"), Later + QStringLiteral("disableSync")}},
-        {"no row", {QStringLiteral("PingMessage"), QVariantMap()}, {}},
-        {"no name", {QStringLiteral("Nonsense"), QVariantMap()}, {}},
-        {"sent, never taken", port(QStringLiteral("x"), QStringLiteral("502")), {}},
+         {u"N1037"_s},
+         {uR"(Notify DisableSync : ["N1037"])"_s, Later + u"disableSync"_s}},
+        {"no row", {u"PingMessage"_s, QVariantMap()}, {}},
+        {"no name", {u"Nonsense"_s, QVariantMap()}, {}},
+        {"sent, never taken", port(u"x"_s, u"502"_s), {}},
     };
     news();
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        receive(row.array);
-        EXPECT_EQ(news(), row.expected);
+    for (const auto &[name, array, expected] : rows) {
+        SCOPED_TRACE(name);
+        receive(array);
+        EXPECT_EQ(news(), expected);
     }
 }
 
@@ -129,15 +98,17 @@ TEST_F(DispatchTest, ArraysOfAnyShapeAreHarmless)
 {
     QVariantList many;
     for (int i = 0; i < 10'000; ++i)
-        many.append(QStringLiteral("x"));
+        many.append(u"x"_s);
     const QVariantList arrays[] = {
         {},
         {QVariant()},
         {1, 2, 3},
         {QVariantList{QVariantList{}}, QVariantMap{}},
-        {QStringLiteral("SetToolTip"), QVariantList{1}},
-        {QStringLiteral("ShowDesktopNotification"), QVariantList{}},
-        {QStringLiteral("RemoteManage"), QVariantMap{{QStringLiteral("ChannelType"), 5}}},
+        {u"SetToolTip"_s, QVariantList{1}},
+        {u"SetToolTip"_s, u"x"_s},
+        {u"SetToolTip"_s, QVariantMap{{u"message"_s, 5}}},
+        {u"ShowDesktopNotification"_s, QVariantList{}},
+        {u"RemoteManage"_s, QVariantMap{{u"ChannelType"_s, 5}}},
         {QString(1 << 20, u'x'), QString(1 << 20, u'5')},
         many,
     };
@@ -152,48 +123,44 @@ TEST_F(DispatchTest, ArraysOfAnyShapeAreHarmless)
 
 TEST_F(DispatchTest, AShellCommandRunsOnlyForATrustedBackupDaemon)
 {
-    const QVariantList command{QStringLiteral("OpenWindowToViewFile"),
-                               QVariantList{QStringLiteral("xdg-open"), QStringLiteral("/a b")}};
+    const QVariantList command{u"OpenWindowToViewFile"_s, QVariantList{u"xdg-open"_s, u"/a b"_s}};
     receive(command, Origin::BackupDaemon);
-    EXPECT_EQ(done, QStringList(QStringLiteral("shell xdg-open /a b")));
+    EXPECT_EQ(done, QStringList(u"shell xdg-open /a b"_s));
     done.clear();
     receive(command, Origin::SyncDaemon);
     daemonIsTrusted = false;
     receive(command, Origin::BackupDaemon);
     daemonIsTrusted = true;
-    receive({QStringLiteral("OpenWindowToViewFile"), QVariantList{QStringLiteral("rm"), 5}},
-            Origin::BackupDaemon);
-    receive({QStringLiteral("OpenWindowToViewFile"), QStringLiteral("6")}, Origin::BackupDaemon);
+    receive({u"OpenWindowToViewFile"_s, QVariantList{u"rm"_s, 5}}, Origin::BackupDaemon);
+    receive({u"OpenWindowToViewFile"_s, u"6"_s}, Origin::BackupDaemon);
     EXPECT_EQ(done, QStringList());
-    receive({QStringLiteral("OpenWindowforUpgrade"), QVariantList()}, Origin::BackupDaemon);
-    EXPECT_EQ(done, QStringList(QStringLiteral("shell "))) << "an empty array is an empty command line";
+    receive({u"OpenWindowforUpgrade"_s, QVariantList()}, Origin::BackupDaemon);
+    EXPECT_EQ(done, QStringList(u"shell"_s)) << "an empty array is an empty command line";
 }
 
 TEST_F(DispatchTest, SyncLinesReachTheToolTip)
 {
     home.writeList(path("LoggedSyncDetailsUserPath"),
-                   QVariantMap{{QStringLiteral("Pause"), QStringLiteral("0")},
-                               {QStringLiteral("Re-initialize"), QStringLiteral("0")}});
+                   QVariantMap{{u"Pause"_s, u"0"_s}, {u"Re-initialize"_s, u"0"_s}});
     const auto shown = [&] { return item.toolTip().section(u'\n', 2); };
-    receive(port(QStringLiteral("Uploading"), QStringLiteral("500")));
+    receive(port(u"Uploading"_s, u"500"_s));
     EXPECT_EQ(shown(), QString()) << "sync is not enabled";
-    controller.enableDisbleSync({{QStringLiteral("any key"), QStringLiteral("EnableSync")}});
-    receive(port(QStringLiteral("Uploading"), QStringLiteral("500")));
-    EXPECT_EQ(shown(), QStringLiteral("Cloud Drive: Uploading"));
-    EXPECT_TRUE(item.imageName().startsWith(QStringLiteral("sync_menubw")));
-    receive(port(QStringLiteral("T1001"), QStringLiteral("500")));
-    EXPECT_EQ(shown(), QStringLiteral("Cloud Drive: All files are synced"));
-    EXPECT_EQ(item.imageName(), QStringLiteral("menu_app"));
-    receive(port(QStringLiteral("x"), QStringLiteral("505")));
-    EXPECT_TRUE(item.toolTip().contains(QStringLiteral("Upgrade Storage")));
-    receive(port(QStringLiteral("x"), QStringLiteral("504")));
-    EXPECT_FALSE(item.toolTip().contains(QStringLiteral("Upgrade Storage")));
+    controller.enableDisbleSync({{u"any key"_s, u"EnableSync"_s}});
+    receive(port(u"Uploading"_s, u"500"_s));
+    EXPECT_EQ(shown(), u"Cloud Drive: Uploading"_s);
+    EXPECT_TRUE(item.imageName().startsWith(u"sync_menubw"_s));
+    receive(port(u"T1001"_s, u"500"_s));
+    EXPECT_EQ(shown(), u"Cloud Drive: All files are synced"_s);
+    EXPECT_EQ(item.imageName(), u"menu_app"_s);
+    receive(port(u"x"_s, u"505"_s));
+    EXPECT_TRUE(item.toolTip().contains(u"Upgrade Storage"_s));
+    receive(port(u"x"_s, u"504"_s));
+    EXPECT_FALSE(item.toolTip().contains(u"Upgrade Storage"_s));
 }
 
 TEST_F(DispatchTest, ADeletedDeviceLeavesNothingToTell)
 {
-    receive({QStringLiteral("ShowDesktopNotification"),
-             QVariantMap{{QStringLiteral("ErrorMessage"), QStringLiteral("Device deleted from account.")},
-                         {QStringLiteral("x"), 1}}});
-    EXPECT_EQ(item.toolTip(), QStringLiteral("Corvane 9.2.1"));
+    receive({u"ShowDesktopNotification"_s,
+             QVariantMap{{u"ErrorMessage"_s, u"Device deleted from account."_s}, {u"x"_s, 1}}});
+    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1"_s);
 }

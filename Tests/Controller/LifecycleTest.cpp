@@ -1,6 +1,7 @@
 #include "Tests/Controller/MonitorFixture.h"
 #include "Utility/LoginItemRegistry.h"
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -10,7 +11,7 @@ class LifecycleTest : public MonitorFixture
 protected:
     [[nodiscard]] static QString root(const char *name)
     {
-        return pathValue(QLatin1String("ApplicationRootFolderPath"), {}) + u'/' + QLatin1String(name);
+        return pathValue("ApplicationRootFolderPath"_L1, {}) + u'/' + QLatin1String(name);
     }
     [[nodiscard]] bool traced(const char *text) const { return trace().contains(QLatin1String(text)); }
 };
@@ -31,8 +32,8 @@ TEST_F(LifecycleTest, MarkersAreActedOnOnceAndRemoved)
     EXPECT_TRUE(traced("showErrorReport"));
     EXPECT_TRUE(done.isEmpty());
     clock.advance(5s);
-    EXPECT_EQ(done.value(0).left(15), QStringLiteral("popover Corvane"));
-    EXPECT_TRUE(done.contains(QStringLiteral("popover Corvane is up-to-date")));
+    EXPECT_EQ(done.value(0).left(15), u"popover Corvane"_s);
+    EXPECT_TRUE(done.contains(u"popover Corvane is up-to-date"_s));
     EXPECT_FALSE(QFileInfo::exists(path("InstallForTrayInfoPath")));
     clock.advance(60s);
     EXPECT_EQ(done.size(), 2);
@@ -53,7 +54,7 @@ TEST_F(LifecycleTest, TheLoginItemFollowsTheSettings)
 {
     const auto settings = [&](const QVariant &value) {
         home.writeList(path("AppDefaultSettings"),
-                       QVariantMap{{User, QVariantMap{{QStringLiteral("launchOnStartup"), value}}}});
+                       QVariantMap{{User, QVariantMap{{u"launchOnStartup"_s, value}}}});
     };
     settings(1LL);
     start();
@@ -62,7 +63,7 @@ TEST_F(LifecycleTest, TheLoginItemFollowsTheSettings)
     controller.reloadPreferencesFromApp();
     EXPECT_EQ(LoginItemRegistry::allLoginItems().size(), 0);
     settings(1LL);
-    controller.didReceiveIPCMessage({QStringLiteral("UpdateLoginItem"), QVariantMap()},
+    controller.didReceiveIPCMessage({u"UpdateLoginItem"_s, QVariantMap()},
                                     CorvaneMonitorController::Origin::BackupDaemon);
     EXPECT_EQ(LoginItemRegistry::allLoginItems().size(), 1);
     QFile::remove(path("AppDefaultSettings"));
@@ -85,15 +86,15 @@ TEST_F(LifecycleTest, AnUpdateFolderInUseSurvives)
 TEST_F(LifecycleTest, AChangeOfLanguageAlwaysStartsTheProgramAnew)
 {
     start();
-    controller.loclaizationSetup({{QStringLiteral("language"), QStringLiteral("ja")}});
+    controller.loclaizationSetup({{u"language"_s, u"ja"_s}});
     EXPECT_TRUE(traced("IPC loclaizationSetup language: ja"));
     EXPECT_TRUE(done.isEmpty());
     clock.advance(1s);
-    EXPECT_EQ(done, QStringList({QStringLiteral("relaunch"), QStringLiteral("quit")}));
+    EXPECT_EQ(done, QStringList({u"relaunch"_s, u"quit"_s}));
     done.clear();
     controller.loclaizationSetup({});
     clock.advance(1s);
-    EXPECT_EQ(done, QStringList({QStringLiteral("relaunch"), QStringLiteral("quit")}));
+    EXPECT_EQ(done, QStringList({u"relaunch"_s, u"quit"_s}));
 }
 
 TEST_F(LifecycleTest, SigningOutAndInAgain)
@@ -102,13 +103,13 @@ TEST_F(LifecycleTest, SigningOutAndInAgain)
     EXPECT_EQ(item.toolTip(), next);
     QFile::remove(path("LastUserLoginDetailsFilePath"));
     controller.resetMonitorUI();
-    EXPECT_EQ(item.toolTip(), QStringLiteral("Corvane 9.2.1"));
+    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1"_s);
     clock.advance(10s);
     controller.menuWillOpen();
     EXPECT_FALSE(controller.menu().isEnabled(MenuItem::Scheduler));
-    EXPECT_EQ(item.toolTip(), QStringLiteral("Corvane 9.2.1"));
+    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1"_s);
 
-    home.writeList(path("LastUserLoginDetailsFilePath"), QVariantMap{{QStringLiteral("Username"), User}});
+    home.writeList(path("LastUserLoginDetailsFilePath"), QVariantMap{{u"Username"_s, User}});
     home.write(path("CancelledAccountInfoPath"), "");
     controller.enablePreferences();
     EXPECT_EQ(item.toolTip(), next);
@@ -134,28 +135,27 @@ TEST_F(LifecycleTest, TheSwitchForAllJobs)
 {
     start();
     controller.menuWillOpen();
-    EXPECT_EQ(controller.menu().title(MenuItem::SwitchJobs), QStringLiteral("Disable all scheduled jobs"));
+    EXPECT_EQ(controller.menu().title(MenuItem::SwitchJobs), u"Disable all scheduled jobs"_s);
     controller.disableScheduleSubMenu();
-    EXPECT_EQ(switchText(), QStringLiteral("0"));
-    EXPECT_EQ(controller.menu().title(MenuItem::SwitchJobs), QStringLiteral("Enable all scheduled jobs"));
+    EXPECT_EQ(switchText(), u"0"_s);
+    EXPECT_EQ(controller.menu().title(MenuItem::SwitchJobs), u"Enable all scheduled jobs"_s);
     EXPECT_FALSE(controller.menu().isEnabled(MenuItem::ManageJobs));
-    EXPECT_EQ(item.toolTip(), QStringLiteral("Corvane 9.2.1\nYou have disabled all your scheduled job(s)"));
+    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1\nYou have disabled all your scheduled job(s)"_s);
     controller.disableScheduleSubMenu();
-    EXPECT_EQ(switchText(), QStringLiteral("1"));
+    EXPECT_EQ(switchText(), u"1"_s);
     EXPECT_EQ(item.toolTip(), next);
 }
 
 TEST_F(LifecycleTest, TheMainApplicationIsStartedAndThenAskedForItsView)
 {
     start();
-    controller.initiateLaunchCorvaneApp(QStringLiteral("Settings"));
-    EXPECT_EQ(done, QStringList({QStringLiteral("open"),
-                                 QStringLiteral("launch ") + pathValue(QLatin1String("ApplicationExecName"))}));
+    controller.initiateLaunchCorvaneApp(u"Settings"_s);
+    EXPECT_EQ(done, QStringList({u"open"_s, u"launch "_s + pathValue("ApplicationExecName"_L1)}));
     controller.onlinehelp();
-    EXPECT_TRUE(done.last().startsWith(QStringLiteral("url https://")));
-    EXPECT_TRUE(done.last().endsWith(QStringLiteral("/help/mac-help/default.htm")));
-    controller.displayWindowWithAlertMsg(QStringLiteral("Sign in first"));
-    EXPECT_EQ(done.last(), QStringLiteral("alert Sign in first"));
+    EXPECT_TRUE(done.last().startsWith(u"url https://"_s));
+    EXPECT_TRUE(done.last().endsWith(u"/help/mac-help/default.htm"_s));
+    controller.displayWindowWithAlertMsg(u"Sign in first"_s);
+    EXPECT_EQ(done.last(), u"alert Sign in first"_s);
     controller.quitApplication();
-    EXPECT_EQ(done.last(), QStringLiteral("quit"));
+    EXPECT_EQ(done.last(), u"quit"_s);
 }

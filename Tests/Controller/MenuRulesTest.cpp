@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
 using MenuRules::MenuInputs;
 using MenuRules::RunningJob;
 
@@ -15,90 +16,65 @@ protected:
     const TemporaryHome m_home;
 };
 
-const QString enableAll = QStringLiteral("Enable all scheduled jobs");
-const QString disableAll = QStringLiteral("Disable all scheduled jobs");
+const QString enableAll = u"Enable all scheduled jobs"_s;
+const QString disableAll = u"Disable all scheduled jobs"_s;
 } // namespace
 
-TEST_F(MenuRulesTest, StartFindsTheSwitchByAZeroAnywhereAndAnOpeningByTheWholeText)
+TEST_F(MenuRulesTest, TheSwitchIsFoundByAZeroAnywhereAtAStartAndByTheWholeTextAtAnOpening)
 {
+    const QString pause = u"Pause the scheduled job"_s;
     const struct {
         const char *name;
         std::optional<QString> text;
         bool offAtStart;
-        std::optional<bool> offAtOpening; ///< none: nothing is touched
+        std::optional<bool> offAtOpening;  ///< none: nothing is touched
+        std::optional<QString> pauseTitle; ///< at the start
     } rows[] = {
-        {"disabled", QStringLiteral("0"), true, true},     {"line feed", QStringLiteral("0\n"), true, false},
-        {"inside", QStringLiteral("10"), true, false},     {"enabled", QStringLiteral("1"), false, false},
-        {"job paused", QStringLiteral("2"), false, false}, {"empty", QString(), false, false},
-        {"unreadable", std::nullopt, false, std::nullopt},
+        {"disabled", u"0"_s, true, true, {}},
+        {"line feed", u"0\n"_s, true, false, pause},
+        {"inside", u"10"_s, true, false, pause},
+        {"enabled", u"1"_s, false, false, pause},
+        {"job paused", u"2"_s, false, false, u"Resume the scheduled job"_s},
+        {"empty", QString(), false, false, pause},
+        {"unreadable", std::nullopt, false, std::nullopt, pause},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
-        const MenuState start = MenuRules::titles(QStringLiteral("Corvane"), row.text);
+        const MenuState start = MenuRules::titles(u"Corvane"_s, row.text);
         EXPECT_EQ(start[MenuItem::SwitchJobs].title, row.offAtStart ? enableAll : disableAll);
         EXPECT_EQ(start[MenuItem::ManageJobs].enabled, !row.offAtStart);
+        MenuInputs in;
+        in.appFullName = u"Corvane"_s;
+        in.switchText = row.text;
+        const MenuState items = MenuRules::atStart(in).items;
+        EXPECT_EQ(items[MenuItem::PauseJob].title, row.pauseTitle);
+        const QString tip = row.text == u"2"_s ? u"Scheduled backup is paused."_s : u"Corvane"_s;
+        EXPECT_EQ(items[MenuItem::PauseJob].toolTip, row.pauseTitle ? std::optional(tip) : std::nullopt);
+        EXPECT_EQ(items[MenuItem::SwitchJobs].title, row.pauseTitle ? std::nullopt : std::optional(enableAll));
 
-        const MenuState opening = MenuRules::needsUpdate(QStringLiteral("Corvane"), row.text);
+        const MenuState opening = MenuRules::needsUpdate(u"Corvane"_s, row.text);
         if (!row.offAtOpening) {
             EXPECT_EQ(opening, MenuState());
             continue;
         }
         EXPECT_EQ(opening[MenuItem::SwitchJobs].title, *row.offAtOpening ? enableAll : disableAll);
-        EXPECT_EQ(opening[MenuItem::ManageJobs].title, QStringLiteral("Manage all scheduled jobs"));
+        EXPECT_EQ(opening[MenuItem::ManageJobs].title, u"Manage all scheduled jobs"_s);
         EXPECT_EQ(opening[MenuItem::ManageJobs].enabled, !*row.offAtOpening);
-        EXPECT_EQ(opening[MenuItem::WebAccess].title, QStringLiteral("Access Corvane web"));
+        EXPECT_EQ(opening[MenuItem::WebAccess].title, u"Access Corvane web"_s);
         EXPECT_EQ(opening[MenuItem::WebAccess].toolTip,
-                  QStringLiteral("Access, Restore, Share files / folders, etc via Web"));
-    }
-}
-
-TEST_F(MenuRulesTest, ClickOnTheSwitchGoesByTheTitleThatItShows)
-{
-    const auto disable = MenuRules::jobSwitchClick(disableAll);
-    EXPECT_EQ(disable.word, QStringLiteral("0"));
-    EXPECT_EQ(disable.nextTitle, enableAll);
-    for (const QString &title : {enableAll, QStringLiteral("Anything")}) {
-        EXPECT_EQ(MenuRules::jobSwitchClick(title).word, QStringLiteral("1"));
-        EXPECT_EQ(MenuRules::jobSwitchClick(title).nextTitle, disableAll);
-    }
-}
-
-TEST_F(MenuRulesTest, StartOffersToPauseOrToResumeByTheSwitch)
-{
-    const struct {
-        const char *name;
-        std::optional<QString> text, pauseTitle, pauseToolTip, switchTitle;
-    } rows[] = {
-        {"paused", QStringLiteral("2"), QStringLiteral("Resume the scheduled job"),
-         QStringLiteral("Scheduled backup is paused."), std::nullopt},
-        {"disabled", QStringLiteral("0"), std::nullopt, std::nullopt, enableAll},
-        {"disabled, with a line feed", QStringLiteral("0\n"), QStringLiteral("Pause the scheduled job"),
-         QStringLiteral("Corvane"), std::nullopt},
-        {"no file", std::nullopt, QStringLiteral("Pause the scheduled job"), QStringLiteral("Corvane"),
-         std::nullopt},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        MenuInputs in;
-        in.appFullName = QStringLiteral("Corvane");
-        in.switchText = row.text;
-        const MenuState menu = MenuRules::atStart(in).items;
-        EXPECT_EQ(menu[MenuItem::PauseJob].title, row.pauseTitle);
-        EXPECT_EQ(menu[MenuItem::PauseJob].toolTip, row.pauseToolTip);
-        EXPECT_EQ(menu[MenuItem::SwitchJobs].title, row.switchTitle);
+                  u"Access, Restore, Share files / folders, etc via Web"_s);
     }
 }
 
 TEST_F(MenuRulesTest, StartOfADeduplicatingOrUnknownAccountHidesTheEngineFeatures)
 {
-    for (const auto &dedup : {std::optional(QStringLiteral("off")), std::optional(QStringLiteral("on")),
-                              std::optional<QString>()}) {
-        SCOPED_TRACE(dedup.value_or(QStringLiteral("none")).toStdString());
+    for (const auto &dedup : {std::optional(u"off"_s), std::optional(u"on"_s), std::optional<QString>()}) {
+        SCOPED_TRACE(dedup.value_or(u"none"_s).toStdString());
         MenuInputs in;
         in.dedup = dedup;
         in.operationRuns = true; // a start offers no progress, whatever runs
         const MenuState menu = MenuRules::atStart(in).items;
-        const std::optional<bool> hidden = dedup == QStringLiteral("off") ? std::nullopt : std::optional(true);
+        const std::optional<bool> hidden = dedup == u"off"_s ? std::nullopt : std::optional(true);
         for (const MenuItem item : {MenuItem::Separator6, MenuItem::Protection, MenuItem::RemoteManagement})
             EXPECT_EQ(menu[item].hidden, hidden);
         EXPECT_EQ(menu[MenuItem::Separator1].hidden, true);
@@ -109,25 +85,20 @@ TEST_F(MenuRulesTest, StartOfADeduplicatingOrUnknownAccountHidesTheEngineFeature
 
 TEST_F(MenuRulesTest, PartnerSeesNoUpgradeAndBecomesNoSubAccount)
 {
-    const struct {
-        const char *name;
-        std::optional<QString> type;
-        bool partner, upgradeHidden;
-        std::optional<bool> isSubAccount;
-    } rows[] = {
-        {"sub-account", QStringLiteral("true"), false, true, true},
-        {"sub-account of a partner", QStringLiteral("true"), true, true, true},
-        {"partner", QStringLiteral("false"), true, true, std::nullopt},
-        {"owner", QStringLiteral("false"), false, false, false},
+    const std::tuple<const char *, std::optional<QString>, bool, bool, std::optional<bool>> rows[] = {
+        {"sub-account", u"true"_s, false, true, true},
+        {"sub-account of a partner", u"true"_s, true, true, true},
+        {"partner", u"false"_s, true, true, std::nullopt},
+        {"owner", u"false"_s, false, false, false},
         {"no file", std::nullopt, false, false, false},
-        {"line feed", QStringLiteral("true\n"), false, false, false},
+        {"line feed", u"true\n"_s, false, false, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, type, partner, upgradeHidden, isSubAccount] : rows) {
+        SCOPED_TRACE(name);
         MenuState menu;
-        EXPECT_EQ(MenuRules::setAccountItems(menu, row.type, row.partner), row.isSubAccount);
-        EXPECT_EQ(menu[MenuItem::Upgrade].hidden, row.upgradeHidden);
-        EXPECT_EQ(menu[MenuItem::UpgradeSeparator].hidden, row.upgradeHidden);
+        EXPECT_EQ(MenuRules::setAccountItems(menu, type, partner), isSubAccount);
+        EXPECT_EQ(menu[MenuItem::Upgrade].hidden, upgradeHidden);
+        EXPECT_EQ(menu[MenuItem::UpgradeSeparator].hidden, upgradeHidden);
     }
 }
 
@@ -166,11 +137,11 @@ TEST_F(MenuRulesTest, SignInLeavesWhatOnlyAnOpeningDecides)
 {
     MenuInputs in;
     in.recordPresent = true;
-    in.dedup = QStringLiteral("on");
-    in.remote = {.hasUser = true, .mobileOnly = true, .word = QStringLiteral("0")};
+    in.dedup = u"on"_s;
+    in.remote = {.hasUser = true, .mobileOnly = true, .word = u"0"_s};
     in.runningJob = RunningJob::Backup;
     const MenuState signIn = MenuRules::atSignIn(in).items;
-    EXPECT_EQ(signIn[MenuItem::RemoteManagement].title, QStringLiteral("Disable Web Access"));
+    EXPECT_EQ(signIn[MenuItem::RemoteManagement].title, u"Disable Web Access"_s);
     EXPECT_EQ(signIn[MenuItem::RemoteManagement].hidden, true);
     EXPECT_EQ(signIn[MenuItem::Protection].hidden, true);
     EXPECT_EQ(signIn[MenuItem::Protection].present, std::nullopt);
@@ -178,7 +149,7 @@ TEST_F(MenuRulesTest, SignInLeavesWhatOnlyAnOpeningDecides)
     EXPECT_EQ(signIn[MenuItem::Scheduler].enabled, true);
 
     const MenuState opening = MenuRules::atOpening(in).items;
-    EXPECT_EQ(opening[MenuItem::RemoteManagement].title, QStringLiteral("Enable Web Access"));
+    EXPECT_EQ(opening[MenuItem::RemoteManagement].title, u"Enable Web Access"_s);
     EXPECT_EQ(opening[MenuItem::RemoteManagement].hidden, false);
     EXPECT_EQ(opening[MenuItem::Protection].present, false);
     EXPECT_EQ(opening[MenuItem::StopJob].enabled, true);
@@ -186,14 +157,12 @@ TEST_F(MenuRulesTest, SignInLeavesWhatOnlyAnOpeningDecides)
 
 TEST_F(MenuRulesTest, ProtectionIsTickedByItsWordAlone)
 {
-    const std::pair<std::optional<QString>, bool> rows[] = {{QStringLiteral("1"), true},
-                                                            {QStringLiteral("0"), false},
-                                                            {QStringLiteral("true"), false},
-                                                            {std::nullopt, false}};
+    const std::pair<std::optional<QString>, bool> rows[] = {
+        {u"1"_s, true}, {u"0"_s, false}, {u"true"_s, false}, {std::nullopt, false}};
     for (const auto &[word, ticked] : rows) {
-        SCOPED_TRACE(word.value_or(QStringLiteral("none")).toStdString());
+        SCOPED_TRACE(word.value_or(u"none"_s).toStdString());
         MenuInputs in;
-        in.dedup = QStringLiteral("on"); // made anew: the tick comes with it
+        in.dedup = u"on"_s; // made anew: the tick comes with it
         in.engineUser = true;
         in.protectionWord = word;
         EXPECT_EQ(MenuRules::atOpening(in).items[MenuItem::Protection].ticked, ticked);
@@ -211,12 +180,12 @@ TEST_F(MenuRulesTest, SyncStatusLineIsShortAndSilentAtRest)
     } rows[] = {
         {"none", std::nullopt, std::nullopt},
         {"empty", QString(), std::nullopt},
-        {"empty first line", QStringLiteral("\nmore"), std::nullopt},
-        {"up to date", QStringLiteral("All files are up to date"), std::nullopt},
-        {"paused", QStringLiteral("Paused\nmore"), std::nullopt},
-        {"first line", QStringLiteral("Uploading a.txt\n3 left"), QStringLiteral("Uploading a.txt")},
+        {"empty first line", u"\nmore"_s, std::nullopt},
+        {"up to date", u"All files are up to date"_s, std::nullopt},
+        {"paused", u"Paused\nmore"_s, std::nullopt},
+        {"first line", u"Uploading a.txt\n3 left"_s, u"Uploading a.txt"_s},
         {"35 characters", exactly35, exactly35},
-        {"36 characters", exactly35 + u'b', exactly35 + QStringLiteral("...")},
+        {"36 characters", exactly35 + u'b', exactly35 + u"..."_s},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);

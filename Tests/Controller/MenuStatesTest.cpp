@@ -7,6 +7,7 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
 using MenuRules::MenuInputs;
 using MenuRules::RunningJob;
 
@@ -20,14 +21,14 @@ QString seen(const QMenu &menu, const QString &indent = {})
     for (const QAction *action : menu.actions()) {
         if (!action->isVisible())
             continue;
-        QString text = action->isSeparator() ? QStringLiteral("---") : action->text();
+        QString text = action->isSeparator() ? u"---"_s : action->text();
         if (action->isCheckable())
-            text.prepend(action->isChecked() ? QStringLiteral("[x] ") : QStringLiteral("[ ] "));
+            text.prepend(action->isChecked() ? u"[x] "_s : u"[ ] "_s);
         if (!action->isSeparator() && !action->isEnabled())
-            text += QStringLiteral(" (off)");
+            text += u" (off)"_s;
         lines += indent + text + u'\n';
         if (action->menu() && action->isEnabled())
-            lines += seen(*action->menu(), indent + QStringLiteral("    "));
+            lines += seen(*action->menu(), indent + u"    "_s);
     }
     return lines;
 }
@@ -35,20 +36,20 @@ QString seen(const QMenu &menu, const QString &indent = {})
 MenuInputs signedIn()
 {
     MenuInputs in;
-    in.appFullName = QStringLiteral("Corvane");
+    in.appFullName = u"Corvane"_s;
     in.recordPresent = true;
-    in.dedup = QStringLiteral("on");
-    in.accountType = QStringLiteral("false");
-    in.remote = {.hasUser = true, .mobileOnly = false, .word = QStringLiteral("1")};
-    in.switchText = QStringLiteral("1");
-    in.backupLine = QStringLiteral("No jobs today");
+    in.dedup = u"on"_s;
+    in.accountType = u"false"_s;
+    in.remote = {.hasUser = true, .mobileOnly = false, .word = u"1"_s};
+    in.switchText = u"1"_s;
+    in.backupLine = u"No jobs today"_s;
     return in;
 }
 
 void signOut(MenuInputs &in)
 {
     in = {};
-    in.appFullName = QStringLiteral("Corvane");
+    in.appFullName = u"Corvane"_s;
     in.backupLine = in.appFullName;
 }
 
@@ -57,7 +58,7 @@ void runJob(MenuInputs &in, RunningJob job)
     in.runningJob = job;
     in.operationRuns = true;
     in.scheduleBackupRunning = true;
-    in.backupLine = QStringLiteral("Job runs");
+    in.backupLine = u"Job runs"_s;
 }
 
 QString opened(const MenuInputs &in)
@@ -70,36 +71,17 @@ QString opened(const MenuInputs &in)
     return seen(menu.menu());
 }
 
-const QString idleState = QStringLiteral("Status\n"
-                                         "Show progress (off)\n"
-                                         "No jobs today (off)\n"
-                                         "---\n");
-const QString runningState = QStringLiteral("Status\n"
-                                            "Show progress\n"
-                                            "Job runs\n"
-                                            "---\n");
-const QString idleJobs = QStringLiteral("Scheduler\n"
-                                        "    Manage all scheduled jobs\n"
-                                        "    ---\n"
-                                        "    Pause the scheduled job (off)\n"
-                                        "    Stop the scheduled job (off)\n"
-                                        "    ---\n"
-                                        "    Disable all scheduled jobs\n"
-                                        "View logs\n");
-const QString remoteAndEnd = QStringLiteral("Disable Web Access\n"
-                                            "---\n");
-const QString accessItems = QStringLiteral("Start application\n"
-                                           "Access Corvane web\n");
-const QString upgradeItems = QStringLiteral("Upgrade storage\n"
-                                            "---\n");
-const QString settingsToQuit = QStringLiteral("Settings\n"
-                                              "Proxy settings\n"
-                                              "---\n"
-                                              "Check for latest version\n"
-                                              "Send error report\n"
-                                              "Online help\n"
-                                              "---\n"
-                                              "Quit application monitor\n");
+const QString idleState = u"Status\nShow progress (off)\nNo jobs today (off)\n---\n"_s;
+const QString runningState = u"Status\nShow progress\nJob runs\n---\n"_s;
+const QString idleJobs =
+    u"Scheduler\n    Manage all scheduled jobs\n    ---\n    Pause the scheduled job (off)\n"
+    u"    Stop the scheduled job (off)\n    ---\n    Disable all scheduled jobs\nView logs\n"_s;
+const QString remoteAndEnd = u"Disable Web Access\n---\n"_s;
+const QString accessItems = u"Start application\nAccess Corvane web\n"_s;
+const QString upgradeItems = u"Upgrade storage\n---\n"_s;
+const QString settingsToQuit =
+    u"Settings\nProxy settings\n---\nCheck for latest version\nSend error report\nOnline help\n"
+    u"---\nQuit application monitor\n"_s;
 const QString account = accessItems + upgradeItems + settingsToQuit;
 } // namespace
 
@@ -107,113 +89,66 @@ TEST(MenuStates, AreSeenAsTheUserSeesThem)
 {
     const TemporaryHome home;
     const QString rest = remoteAndEnd + account;
-    const QString restoreJobs = QStringLiteral("Scheduler\n"
-                                               "    Manage all scheduled jobs\n"
-                                               "    ---\n"
-                                               "    Pause the scheduled job (off)\n"
-                                               "    Stop the scheduled job\n"
-                                               "    ---\n"
-                                               "    Disable all scheduled jobs (off)\n"
-                                               "View logs\n");
-    const QString backupJobs = QString(restoreJobs)
-                                   .replace(QStringLiteral("Pause the scheduled job (off)"),
-                                            QStringLiteral("Pause the scheduled job"));
-    const struct {
-        const char *name;
-        std::function<void(MenuInputs &)> change;
-        QString wanted;
-    } rows[] = {
+    const QString restoreJobs =
+        u"Scheduler\n    Manage all scheduled jobs\n    ---\n    Pause the scheduled job (off)\n"
+        u"    Stop the scheduled job\n    ---\n    Disable all scheduled jobs (off)\nView logs\n"_s;
+    const QString backupJobs =
+        QString(restoreJobs).replace(u"Pause the scheduled job (off)"_s, u"Pause the scheduled job"_s);
+    const std::tuple<const char *, std::function<void(MenuInputs &)>, QString> rows[] = {
         {"signed in", [](MenuInputs &) {}, idleState + idleJobs + rest},
         {"signed out", signOut,
-         QStringLiteral("Status\n"
-                        "Show progress (off)\n"
-                        "---\n"
-                        "Scheduler (off)\n"
-                        "View logs\n"
-                        "Disable Web Access (off)\n"
-                        "[ ] Continuous Data Protection (off)\n"
-                        "---\n") +
+         u"Status\nShow progress (off)\n---\nScheduler (off)\nView logs\nDisable Web Access (off)\n"
+         u"[ ] Continuous Data Protection (off)\n---\n"_s +
              account},
         {"record that names nobody", [](MenuInputs &in) { in.remote = {}; },
-         idleState + idleJobs + QStringLiteral("Disable Web Access (off)\n---\n") + account},
-        {"sub-account", [](MenuInputs &in) { in.accountType = QStringLiteral("true"); },
-         idleState + idleJobs + remoteAndEnd + accessItems + settingsToQuit},
-        {"partner", [](MenuInputs &in) { in.partnerPlan = true; },
-         idleState + idleJobs + remoteAndEnd + accessItems + settingsToQuit},
+         idleState + idleJobs + u"Disable Web Access (off)\n---\n"_s + account},
         {"thin client", [](MenuInputs &in) { in.thinClient = true; },
-         idleState + idleJobs + QStringLiteral("---\n") + account},
+         idleState + idleJobs + u"---\n"_s + account},
         {"thin client with the engine", [](MenuInputs &in) { in.thinClient = in.engineUser = true; },
-         idleState + idleJobs + QStringLiteral("---\n") + account},
+         idleState + idleJobs + u"---\n"_s + account},
         {"backup running", [](MenuInputs &in) { runJob(in, RunningJob::Backup); },
          runningState + backupJobs + rest},
-        {"backup running in a window that is seen",
-         [](MenuInputs &in) {
-             runJob(in, RunningJob::Backup);
-             in.progressWindowVisible = true;
-         },
-         QStringLiteral("Status\nShow progress\nJob runs (off)\n---\n") + backupJobs + rest},
-        {"backup running beside the main application",
-         [](MenuInputs &in) {
-             runJob(in, RunningJob::Backup);
-             in.mainApplicationRuns = true;
-         },
-         QStringLiteral("Status\nShow progress (off)\nJob runs (off)\n---\n") + backupJobs + rest},
         {"paused backup",
          [](MenuInputs &in) {
              runJob(in, RunningJob::Backup);
-             in.switchText = QStringLiteral("2");
+             in.switchText = u"2"_s;
          },
-         runningState + QString(backupJobs).replace(QStringLiteral("Pause the"), QStringLiteral("Resume the")) +
-             rest},
+         runningState + QString(backupJobs).replace(u"Pause the"_s, u"Resume the"_s) + rest},
         {"restore running", [](MenuInputs &in) { runJob(in, RunningJob::Other); },
          runningState + restoreJobs + rest},
-        {"jobs disabled", [](MenuInputs &in) { in.switchText = QStringLiteral("0"); },
+        {"jobs disabled", [](MenuInputs &in) { in.switchText = u"0"_s; },
          idleState +
-             QStringLiteral("Scheduler\n"
-                            "    Manage all scheduled jobs (off)\n"
-                            "    ---\n"
-                            "    Pause the scheduled job (off)\n"
-                            "    Stop the scheduled job (off)\n"
-                            "    ---\n"
-                            "    Enable all scheduled jobs\n"
-                            "View logs\n") +
+             u"Scheduler\n    Manage all scheduled jobs (off)\n    ---\n    Pause the scheduled job (off)\n"
+             u"    Stop the scheduled job (off)\n    ---\n    Enable all scheduled jobs\nView logs\n"_s +
              rest},
         {"engine user",
          [](MenuInputs &in) {
              in.engineUser = true;
-             in.protectionWord = QStringLiteral("1");
+             in.protectionWord = u"1"_s;
          },
-         idleState + idleJobs +
-             QStringLiteral("---\nDisable Web Access\n[x] Continuous Data Protection\n---\n") + account},
+         idleState + idleJobs + u"---\nDisable Web Access\n[x] Continuous Data Protection\n---\n"_s + account},
         {"engine user with a channel of its own",
          [](MenuInputs &in) {
              in.engineUser = true;
              in.followsPolling = false;
          },
-         idleState + idleJobs + QStringLiteral("---\n[ ] Continuous Data Protection\n---\n") + account},
-        {"account without deduplication", [](MenuInputs &in) { in.dedup = QStringLiteral("off"); },
-         idleState + idleJobs +
-             QStringLiteral("---\nDisable Web Access\n[ ] Continuous Data Protection (off)\n---\n") + account},
-        {"web access off", [](MenuInputs &in) { in.remote.word = QStringLiteral("0"); },
-         idleState + idleJobs + QStringLiteral("Enable Web Access\n---\n") + account},
+         idleState + idleJobs + u"---\n[ ] Continuous Data Protection\n---\n"_s + account},
+        {"account without deduplication", [](MenuInputs &in) { in.dedup = u"off"_s; },
+         idleState + idleJobs + u"---\nDisable Web Access\n[ ] Continuous Data Protection (off)\n---\n"_s +
+             account},
         {"Cloud Drive",
          [](MenuInputs &in) {
-             in.cloudDrive = {.enabled = true, .paused = true, .statusLine = QStringLiteral("Uploading\nof 3")};
+             in.cloudDrive = {.enabled = true, .paused = true, .statusLine = u"Uploading\nof 3"_s};
          },
          idleState + idleJobs + remoteAndEnd +
-             QStringLiteral("Cloud Drive\n"
-                            "    Uploading (off)\n"
-                            "    ---\n"
-                            "    My Cloud Drive folder\n"
-                            "    Resume\n"
-                            "---\n") +
+             u"Cloud Drive\n    Uploading (off)\n    ---\n    My Cloud Drive folder\n    Resume\n---\n"_s +
              account},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, change, wanted] : rows) {
+        SCOPED_TRACE(name);
         MenuInputs in = signedIn();
-        row.change(in);
-        EXPECT_EQ(opened(in), row.wanted);
+        change(in);
+        EXPECT_EQ(opened(in), wanted);
     }
 }
 
@@ -234,17 +169,16 @@ TEST(MenuStates, FollowTheFilesFromOneOpeningToTheNext)
     MenuInputs busy = in;
     runJob(busy, RunningJob::Backup);
     busy.engineUser = true;
-    busy.accountType = QStringLiteral("true");
+    busy.accountType = u"true"_s;
     busy.cloudDrive.enabled = true;
     const QString whileBusy = open(busy);
     EXPECT_TRUE(whileBusy.startsWith(runningState));
-    EXPECT_TRUE(whileBusy.contains(QStringLiteral("[ ] Continuous Data Protection\n---\nCloud Drive\n")));
-    EXPECT_FALSE(whileBusy.contains(QStringLiteral("Upgrade")));
+    EXPECT_TRUE(whileBusy.contains(u"[ ] Continuous Data Protection\n---\nCloud Drive\n"_s));
+    EXPECT_FALSE(whileBusy.contains(u"Upgrade"_s));
 
     signOut(in);
-    EXPECT_TRUE(open(in).contains(QStringLiteral("Scheduler (off)\n")));
+    EXPECT_TRUE(open(in).contains(u"Scheduler (off)\n"_s));
 
     // What a visit of an engine account uncovers stays: nothing but a start hides its separator again.
-    EXPECT_EQ(open(signedIn()),
-              QString(atRest).replace(QStringLiteral("View logs\n"), QStringLiteral("View logs\n---\n")));
+    EXPECT_EQ(open(signedIn()), QString(atRest).replace(u"View logs\n"_s, u"View logs\n---\n"_s));
 }

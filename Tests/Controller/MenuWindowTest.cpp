@@ -11,12 +11,14 @@
 #include <random>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 class MenuWindowTest : public testing::Test
 {
 protected:
-    MenuWindowTest() { m_menu.apply(MenuRules::titles(QStringLiteral("Corvane"), std::nullopt)); }
+    MenuWindowTest() { m_menu.apply(MenuRules::titles(u"Corvane"_s, std::nullopt)); }
 
     const TemporaryHome m_home;
     std::vector<MenuAction> m_clicks;
@@ -40,54 +42,34 @@ std::string separatorFault(const QMenu &menu)
 
 TEST_F(MenuWindowTest, ItemsAreFoundByTheirNumbers)
 {
-    const std::pair<int, const char *> rows[] = {
-        {212, "Access Corvane web"},
-        {2013, "Scheduler"},
-        {100, "Upgrade storage"},
-        {310, "Disable Web Access"},
-        {320, "Continuous Data Protection"},
-        {400, "Check for latest version"},
-        {9165, "Cloud Drive"},
-        {91653, "Pause"},
-        {91654, "Sync Status"},
-        {9112013, "Manage all scheduled jobs"},
-        {9122013, "Pause the scheduled job"},
-        {9132013, "Stop the scheduled job"},
-        {9142013, "Disable all scheduled jobs"},
-    };
-    for (const auto &[tag, title] : rows) {
-        SCOPED_TRACE(tag);
-        ASSERT_NE(m_menu.itemWithTag(tag), nullptr);
-        EXPECT_EQ(m_menu.itemWithTag(tag)->text(), QLatin1String(title));
+    const QString seen =
+        u"212 Access Corvane web\n2013 Scheduler\n100 Upgrade storage\n310 Disable Web Access\n"
+        u"320 Continuous Data Protection\n400 Check for latest version\n9165 Cloud Drive\n91653 Pause\n"
+        u"91654 Sync Status\n9112013 Manage all scheduled jobs\n9122013 Pause the scheduled job\n"
+        u"9132013 Stop the scheduled job\n9142013 Disable all scheduled jobs"_s;
+    for (const QString &row : seen.split(u'\n')) {
+        const QAction *item = m_menu.itemWithTag(row.section(u' ', 0, 0).toInt());
+        EXPECT_EQ(item ? item->text() : QString(), row.section(u' ', 1)) << row.toStdString();
     }
     EXPECT_EQ(m_menu.itemWithTag(335), m_menu.action(MenuItem::ProgressCompanion));
     EXPECT_TRUE(m_menu.itemWithTag(102)->isSeparator());
     EXPECT_TRUE(m_menu.itemWithTag(111)->isSeparator());
     EXPECT_EQ(m_menu.itemWithTag(0), nullptr);
     EXPECT_EQ(m_menu.itemWithTag(7), nullptr);
-
-    EXPECT_EQ(m_menu.itemWithTitle(QStringLiteral("Cloud Drive")), m_menu.itemWithTag(9165));
-    EXPECT_EQ(m_menu.itemWithTitle(QStringLiteral("Pause")), nullptr); // in a submenu
+    EXPECT_EQ(m_menu.itemWithTitle(u"Cloud Drive"_s), m_menu.itemWithTag(9165));
+    EXPECT_EQ(m_menu.itemWithTitle(u"Pause"_s), nullptr); // in a submenu
     EXPECT_EQ(m_menu.itemWithTitle(QString()), nullptr);
 }
 
 TEST_F(MenuWindowTest, ItemThatIsTakenOutComesBackOnlyWhenItIsPutBack)
 {
-    MenuItemChange out;
-    out.present = false;
-    m_menu.apply(MenuItem::Protection, out);
+    m_menu.apply(MenuItem::Protection, {.present = false});
     EXPECT_EQ(m_menu.itemWithTag(320), nullptr);
-
-    MenuItemChange show;
-    show.hidden = false;
-    show.ticked = true;
-    m_menu.apply(MenuItem::Protection, show);
+    m_menu.apply(MenuItem::Protection, {.hidden = false, .ticked = true});
     EXPECT_TRUE(m_menu.isHidden(MenuItem::Protection));
     EXPECT_FALSE(m_menu.action(MenuItem::Protection)->isVisible());
     EXPECT_FALSE(m_menu.isTicked(MenuItem::Protection));
-
-    show.present = true;
-    m_menu.apply(MenuItem::Protection, show);
+    m_menu.apply(MenuItem::Protection, {.present = true, .hidden = false, .ticked = true});
     EXPECT_EQ(m_menu.itemWithTag(320), m_menu.action(MenuItem::Protection));
     EXPECT_TRUE(m_menu.action(MenuItem::Protection)->isVisible());
     EXPECT_TRUE(m_menu.action(MenuItem::Protection)->isChecked());
@@ -131,9 +113,7 @@ TEST_F(MenuWindowTest, ClickLeavesTheTickToTheFiles)
     m_menu.action(MenuItem::Protection)->trigger();
     EXPECT_FALSE(m_menu.action(MenuItem::Protection)->isChecked());
 
-    MenuItemChange tick;
-    tick.ticked = true;
-    m_menu.apply(MenuItem::Protection, tick);
+    m_menu.apply(MenuItem::Protection, {.ticked = true});
     m_menu.action(MenuItem::Protection)->trigger();
     EXPECT_TRUE(m_menu.action(MenuItem::Protection)->isChecked());
     EXPECT_EQ(m_clicks.size(), 2U);
@@ -144,13 +124,11 @@ TEST_F(MenuWindowTest, RefreshRunsBeforeTheMenuIsSeen)
     bool wasVisible = true;
     m_menu.setWillOpen([&] {
         wasVisible = m_menu.menu().isVisible();
-        MenuItemChange change;
-        change.title = QStringLiteral("Fresh");
-        m_menu.apply(MenuItem::Status, change);
+        m_menu.apply(MenuItem::Status, {.title = u"Fresh"_s});
     });
     m_menu.menu().popup(QPoint(10, 10));
     EXPECT_FALSE(wasVisible);
-    EXPECT_EQ(m_menu.action(MenuItem::Status)->text(), QStringLiteral("Fresh"));
+    EXPECT_EQ(m_menu.action(MenuItem::Status)->text(), u"Fresh"_s);
     QTest::mouseClick(&m_menu.menu(), Qt::LeftButton, {},
                       m_menu.menu().actionGeometry(m_menu.action(MenuItem::Status)).center());
     EXPECT_EQ(m_clicks, std::vector{MenuAction::ShowStatus});
@@ -158,25 +136,19 @@ TEST_F(MenuWindowTest, RefreshRunsBeforeTheMenuIsSeen)
 
 TEST_F(MenuWindowTest, TitleIsShownToTheLetter)
 {
-    const struct {
-        const char *name;
-        QString title, inWindow, onBus;
-    } rows[] = {
-        {"plain", QStringLiteral("Status"), QStringLiteral("Status"), QStringLiteral("Status")},
-        {"underscores", QStringLiteral("a_b__c"), QStringLiteral("a_b__c"), QStringLiteral("a__b____c")},
-        {"ampersands", QStringLiteral("R & D & co"), QStringLiteral("R && D && co"),
-         QStringLiteral("R && D & co")},
-        {"ampersand last", QStringLiteral("R&"), QStringLiteral("R&&"), QStringLiteral("R&&")},
-        {"both", QStringLiteral("a & b_c"), QStringLiteral("a && b_c"), QStringLiteral(u"a \uff06 b__c")},
+    const std::tuple<const char *, QString, QString, QString> rows[] = {
+        {"plain", u"Status"_s, u"Status"_s, u"Status"_s},
+        {"underscores", u"a_b__c"_s, u"a_b__c"_s, u"a__b____c"_s},
+        {"ampersands", u"R & D & co"_s, u"R && D && co"_s, u"R && D & co"_s},
+        {"ampersand last", u"R&"_s, u"R&&"_s, u"R&&"_s},
+        {"both", u"a & b_c"_s, u"a && b_c"_s, u"a \uff06 b__c"_s},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        MenuItemChange change;
-        change.title = row.title;
-        m_menu.apply(MenuItem::SyncStatus, change);
-        EXPECT_EQ(m_menu.title(MenuItem::SyncStatus), row.title);
-        EXPECT_EQ(m_menu.action(MenuItem::SyncStatus)->text(), row.inWindow);
-        EXPECT_EQ(StatusMenu::textOnBus(row.title), row.onBus);
+    for (const auto &[name, title, inWindow, onBus] : rows) {
+        SCOPED_TRACE(name);
+        m_menu.apply(MenuItem::SyncStatus, {.title = title});
+        EXPECT_EQ(m_menu.title(MenuItem::SyncStatus), title);
+        EXPECT_EQ(m_menu.action(MenuItem::SyncStatus)->text(), inWindow);
+        EXPECT_EQ(StatusMenu::textOnBus(title), onBus);
     }
 }
 
@@ -184,7 +156,7 @@ TEST_F(MenuWindowTest, SecondRefreshOfTheSameStateTouchesNoItem)
 {
     MenuRules::MenuInputs in;
     in.recordPresent = in.engineUser = true;
-    in.dedup = in.protectionWord = QStringLiteral("1");
+    in.dedup = in.protectionWord = u"1"_s;
     m_menu.apply(MenuRules::atOpening(in).items);
     int changes = 0;
     for (const QAction *action : m_menu.menu().findChildren<QAction *>())

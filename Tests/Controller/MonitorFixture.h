@@ -102,28 +102,20 @@ protected:
     DesktopActions desktopActions()
     {
         DesktopActions actions;
+        const auto note = [this](const char *what, const QString &detail) {
+            done.append(QString(QLatin1String(what) + u' ' + detail).trimmed());
+        };
         actions.isDark = [this] { return dark; };
         actions.panelIsVisible = [this] { return panelIsVisible; };
-        actions.showPopover = [this](const QString &text) { done.append(QStringLiteral("popover ") + text); };
-        actions.showAlert = [this](const QString &text) { done.append(QStringLiteral("alert ") + text); };
-        actions.runHelper = [this](const QString &path, const QStringList &) {
-            done.append(QStringLiteral("helper ") + path);
-        };
-        actions.openUrl = [this](const QUrl &url) { done.append(QStringLiteral("url ") + url.toString()); };
-        actions.openProgram = [this](const QString &) {
-            done.append(QStringLiteral("open"));
-            return false;
-        };
-        actions.launchProgram = [this](const QString &name) {
-            done.append(QStringLiteral("launch ") + name);
-            return true;
-        };
-        actions.relaunch = [this]() -> std::optional<QString> {
-            done.append(QStringLiteral("relaunch"));
-            return std::nullopt;
-        };
-        actions.quit = [this] { done.append(QStringLiteral("quit")); };
-        actions.runShell = [this](const QString &command) { done.append(QStringLiteral("shell ") + command); };
+        actions.showPopover = [note](const QString &text) { note("popover", text); };
+        actions.showAlert = [note](const QString &text) { note("alert", text); };
+        actions.runHelper = [note](const QString &path, const QStringList &) { note("helper", path); };
+        actions.openUrl = [note](const QUrl &url) { note("url", url.toString()); };
+        actions.openProgram = [note](const QString &) { return note("open", {}), false; };
+        actions.launchProgram = [note](const QString &name) { return note("launch", name), true; };
+        actions.relaunch = [note] { return note("relaunch", {}), std::optional<QString>(); };
+        actions.quit = [note] { note("quit", {}); };
+        actions.runShell = [note](const QString &command) { note("shell", command); };
         actions.isListenerTrusted = [this](quint16 port) { return daemonIsTrusted && port == listener.port(); };
         return actions;
     }

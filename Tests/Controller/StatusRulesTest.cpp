@@ -5,20 +5,21 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
 using namespace StatusRules;
 
 namespace
 {
-const QString Paused = QStringLiteral("Paused");
-const QString UpToDate = QStringLiteral("All files are up to date");
-const QString NoNetwork = QStringLiteral("No network connectivity");
-const QString Working = QStringLiteral("Uploading 3 of 8 files");
-const QString Cancelled = QStringLiteral("The account has been cancelled");
-const QString Exceeded = QStringLiteral("You have exceeded the allocated quota limit.");
+const QString Paused = u"Paused"_s;
+const QString UpToDate = u"All files are up to date"_s;
+const QString NoNetwork = u"No network connectivity"_s;
+const QString Working = u"Uploading 3 of 8 files"_s;
+const QString Cancelled = u"The account has been cancelled"_s;
+const QString Exceeded = u"You have exceeded the allocated quota limit."_s;
 
 QVariantMap quota(const QVariant &total, const QVariant &used)
 {
-    return {{QStringLiteral("TOTALQUOTASIZE"), total}, {QStringLiteral("USEDQUOTASIZE"), used}};
+    return {{u"TOTALQUOTASIZE"_s, total}, {u"USEDQUOTASIZE"_s, used}};
 }
 
 QVariant coded(const char *figure)
@@ -29,22 +30,18 @@ QVariant coded(const char *figure)
 
 TEST(StatusRules, FlagsAreTextOrBoolean)
 {
-    EXPECT_EQ(flagValue(QStringLiteral("1")), true);
-    EXPECT_EQ(flagValue(QStringLiteral("0")), false);
+    EXPECT_EQ(flagValue(u"1"_s), true);
+    EXPECT_EQ(flagValue(u"0"_s), false);
     EXPECT_EQ(flagValue(true), true);
     EXPECT_EQ(flagValue(false), false);
     EXPECT_EQ(flagValue(1LL), std::nullopt);
-    EXPECT_EQ(flagValue(QStringLiteral("yes")), std::nullopt);
+    EXPECT_EQ(flagValue(u"yes"_s), std::nullopt);
     EXPECT_EQ(flagValue(QVariant()), std::nullopt);
 }
 
 TEST(StatusRules, QuotaIsAtItsLimitWithTenBytesLeft)
 {
-    const struct {
-        const char *name;
-        QVariantMap details;
-        bool atLimit;
-    } rows[] = {
+    const std::tuple<const char *, QVariantMap, bool> rows[] = {
         {"plenty", quota(coded("1024"), coded("10")), false},
         {"used up", quota(coded("1024"), coded("1024")), true},
         {"10 bytes and a half round to 11", quota(coded("1"), coded("0.99998998")), false},
@@ -53,39 +50,34 @@ TEST(StatusRules, QuotaIsAtItsLimitWithTenBytesLeft)
         {"nothing known", quota(0.0, 0.0), true},
         {"stored as numbers", quota(1024.0, 1.0), false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(isQuotaAtLimit(row.details), row.atLimit);
-    }
+    for (const auto &[name, details, atLimit] : rows)
+        EXPECT_EQ(isQuotaAtLimit(details), atLimit) << name;
 }
 
 TEST(StatusRules, OnlyTheOwnerOfAnOwnPlanIsToldToUpgrade)
 {
-    const QString owner = QStringLiteral("false");
+    const QString owner = u"false"_s;
     EXPECT_TRUE(mayPromptUpgrade(true, false, owner, false));
     EXPECT_FALSE(mayPromptUpgrade(false, false, owner, false));
     EXPECT_FALSE(mayPromptUpgrade(true, true, owner, false));
-    EXPECT_FALSE(mayPromptUpgrade(true, false, QStringLiteral("true"), false));
+    EXPECT_FALSE(mayPromptUpgrade(true, false, u"true"_s, false));
     EXPECT_FALSE(mayPromptUpgrade(true, false, std::nullopt, false));
     EXPECT_FALSE(mayPromptUpgrade(true, false, owner, true));
 }
 
 TEST(StatusRules, WhichSyncLinesStandStill)
 {
-    const struct {
-        QString line;
-        bool final, resting, forQuotaPass;
-    } rows[] = {
+    const std::tuple<QString, bool, bool, bool> rows[] = {
         {UpToDate, true, true, true},   {Paused, true, true, true},
         {Cancelled, true, true, true},  {QString(), true, true, true},
         {Exceeded, true, true, true},   {NoNetwork, true, false, true},
-        {Working, false, false, false}, {QStringLiteral("You have exceeded the limit"), false, true, true},
+        {Working, false, false, false}, {u"You have exceeded the limit"_s, false, true, true},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.line.toStdString());
-        EXPECT_EQ(isFinalSyncLine(row.line), row.final);
-        EXPECT_EQ(isRestingSyncLine(row.line, UpToDate), row.resting);
-        EXPECT_EQ(isFinalForQuotaPass(row.line, UpToDate), row.forQuotaPass);
+    for (const auto &[line, final, resting, forQuotaPass] : rows) {
+        SCOPED_TRACE(line.toStdString());
+        EXPECT_EQ(isFinalSyncLine(line), final);
+        EXPECT_EQ(isRestingSyncLine(line, UpToDate), resting);
+        EXPECT_EQ(isFinalForQuotaPass(line, UpToDate), forQuotaPass);
     }
     EXPECT_TRUE(isRestingSyncLine(NoNetwork, NoNetwork));
     EXPECT_FALSE(isFinalForQuotaPass(NoNetwork, NoNetwork));
@@ -93,11 +85,7 @@ TEST(StatusRules, WhichSyncLinesStandStill)
 
 TEST(StatusRules, TakingASyncLine)
 {
-    const struct {
-        const char *name;
-        SyncLineInputs in;
-        SyncLineOutcome expected;
-    } rows[] = {
+    const std::tuple<const char *, SyncLineInputs, SyncLineOutcome> rows[] = {
         {"a working line", {Working, false, false, {UpToDate, {}}}, {{Working, {}}, true, true}},
         {"a pause keeps the line before it",
          {Paused, false, false, {Working, {}}},
@@ -115,52 +103,35 @@ TEST(StatusRules, TakingASyncLine)
         {"no line, one to return to", {{}, false, {}, {Paused, Working}}, {{Paused, Working}, false, false}},
         {"an empty line is none", {QString(), false, false, {Working, {}}}, {{Working, {}}, false, false}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(takeSyncLine(row.in), row.expected);
-    }
+    for (const auto &[name, in, expected] : rows)
+        EXPECT_EQ(takeSyncLine(in), expected) << name;
 }
 
 TEST(StatusRules, TheNormalIcon)
 {
-    const NormalIconInputs idle{.hasAnimators = true, .syncEnabled = true};
-    const auto with = [&](auto change) {
-        NormalIconInputs in = idle;
-        change(in);
+    using In = NormalIconInputs;
+    const auto icon = [](const std::optional<QString> &line, std::initializer_list<bool In::*> flags) {
+        In in{.syncLine = line};
+        for (const auto flag : flags)
+            in.*flag = true;
         return normalIcon(in);
     };
-    EXPECT_EQ(normalIcon(idle), NormalIcon{.picture = Picture::App});
-    EXPECT_EQ(with([](auto &in) { in.scheduledPauseTest = true; }),
-              (NormalIcon{.picture = Picture::Pause, .showPausedTip = true}));
-    EXPECT_EQ(with([](auto &in) { in.scheduledPauseTest = in.syncEntryOn = true; }), NormalIcon{});
-    EXPECT_EQ(with([](auto &in) {
-                  in.syncLine = Working;
-                  in.syncAnimationRuns = true;
-              }),
-              NormalIcon{})
+    constexpr auto animators = &In::hasAnimators, sync = &In::syncEnabled, test = &In::scheduledPauseTest;
+    constexpr auto paused = &In::scheduledBackupPaused, entry = &In::syncEntryOn,
+                   moving = &In::syncAnimationRuns;
+    const NormalIcon pauseTip{.picture = Picture::Pause, .showPausedTip = true};
+    const NormalIcon stopped{.picture = Picture::App, .stopAnimation = true};
+    EXPECT_EQ(icon({}, {animators, sync}), NormalIcon{.picture = Picture::App});
+    EXPECT_EQ(icon({}, {animators, sync, test}), pauseTip);
+    EXPECT_EQ(icon({}, {animators, sync, test, entry}), NormalIcon{});
+    EXPECT_EQ(icon(Working, {animators, sync, moving}), NormalIcon{})
         << "a running animation is not painted over";
-    EXPECT_EQ(with([](auto &in) {
-                  in.syncLine = UpToDate;
-                  in.syncAnimationRuns = true;
-              }),
-              (NormalIcon{.picture = Picture::App, .stopAnimation = true}));
-    EXPECT_EQ(with([](auto &in) {
-                  in.syncLine = UpToDate;
-                  in.scheduledBackupPaused = in.scheduledPauseTest = in.syncEntryOn = true;
-              }),
+    EXPECT_EQ(icon(UpToDate, {animators, sync, moving}), stopped);
+    EXPECT_EQ(icon(UpToDate, {animators, sync, paused, test, entry}),
               (NormalIcon{.picture = Picture::Pause, .showPausedTip = true, .stopAnimation = true}));
-    EXPECT_EQ(with([](auto &in) {
-                  in.syncEnabled = false;
-                  in.syncAnimationRuns = true;
-              }),
+    EXPECT_EQ(icon({}, {animators, moving}),
               (NormalIcon{.picture = Picture::App, .stopAnimation = true, .clearAnimatingFlag = true}));
-    EXPECT_EQ(with([](auto &in) {
-                  in.hasAnimators = false;
-                  in.syncLine = UpToDate;
-                  in.scheduledPauseTest = true;
-              }),
-              (NormalIcon{.picture = Picture::Pause, .showPausedTip = true}))
-        << "without animators the sync line plays no part";
+    EXPECT_EQ(icon(UpToDate, {sync, test}), pauseTip) << "without animators the sync line plays no part";
 }
 
 TEST(StatusRules, WhenTheIconMoves)
@@ -174,13 +145,9 @@ TEST(StatusRules, WhenTheIconMoves)
 
 TEST(StatusRules, WhichLinesTheToolTipHas)
 {
-    const QString name = QStringLiteral("Corvane");
-    const QString job = QStringLiteral("Scheduled Backup is in progress.");
-    const struct {
-        const char *label;
-        ToolTipInputs in;
-        ToolTipKind expected;
-    } rows[] = {
+    const QString name = u"Corvane"_s;
+    const QString job = u"Scheduled Backup is in progress."_s;
+    const std::tuple<const char *, ToolTipInputs, ToolTipKind> rows[] = {
         {"nothing", {.syncEnabled = true, .appFullName = name}, ToolTipKind::None},
         {"sync alone", {.syncMessage = Working, .syncEnabled = true}, ToolTipKind::SyncMessage},
         {"sync alone, not enabled", {.syncMessage = Working}, ToolTipKind::None},
@@ -201,44 +168,38 @@ TEST(StatusRules, WhichLinesTheToolTipHas)
          {.backupTip = name, .syncTip = Working, .syncEnabled = true, .quotaFull = true, .appFullName = name},
          ToolTipKind::QuotaFull},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.label);
-        EXPECT_EQ(toolTipKind(row.in), row.expected);
+    for (const auto &[label, in, expected] : rows) {
+        SCOPED_TRACE(label);
+        EXPECT_EQ(toolTipKind(in), expected);
     }
 }
 
 TEST(StatusRules, TextsOfTheToolTip)
 {
-    const QString name = QStringLiteral("Corvane");
-    EXPECT_EQ(buttonToolTip(name, QStringLiteral("9.2"), QStringLiteral("x")),
-              QStringLiteral("Corvane 9.2\nx"));
-    EXPECT_EQ(buttonToolTip(name, QStringLiteral("9.2"), name), QStringLiteral("Corvane 9.2"));
-    EXPECT_EQ(buttonToolTip(name, std::nullopt, QString()), QStringLiteral("Corvane"));
-    EXPECT_EQ(withSyncedWording(bothLines(QStringLiteral("x"), UpToDate)),
-              QStringLiteral("Backup: x\nCloud Drive: All files are synced"));
+    const QString name = u"Corvane"_s;
+    EXPECT_EQ(buttonToolTip(name, u"9.2"_s, u"x"_s), u"Corvane 9.2\nx"_s);
+    EXPECT_EQ(buttonToolTip(name, u"9.2"_s, name), u"Corvane 9.2"_s);
+    EXPECT_EQ(buttonToolTip(name, std::nullopt, QString()), u"Corvane"_s);
+    EXPECT_EQ(withSyncedWording(bothLines(u"x"_s, UpToDate)),
+              u"Backup: x\nCloud Drive: All files are synced"_s);
     EXPECT_EQ(quotaFullLines(std::nullopt, Working, name),
-              QStringLiteral(
-                  "Backup: \nCloud Drive: Uploading 3 of 8 files\nYou have exceeded the allocated quota limit. "
-                  "For further syncing you have to upgrade your account. Click the 'Upgrade Storage' menu item "
-                  "to upgrade your Corvane account"));
+              u"Backup: \nCloud Drive: Uploading 3 of 8 files\nYou have exceeded the allocated quota limit. "
+              u"For further syncing you have to upgrade your account. Click the 'Upgrade Storage' menu item "
+              u"to upgrade your Corvane account"_s);
 }
 
 TEST(ReportRules, RouteAndTip)
 {
     using namespace ReportRules;
     EXPECT_EQ(route(std::nullopt, 0), Route::Drop);
-    EXPECT_EQ(route(QStringLiteral("mona"), 0), Route::Interactive);
-    EXPECT_EQ(route(QStringLiteral("mona"), 1), Route::Scheduled);
-    EXPECT_EQ(route(QStringLiteral("mona"), std::nullopt), Route::Scheduled);
+    EXPECT_EQ(route(u"mona"_s, 0), Route::Interactive);
+    EXPECT_EQ(route(u"mona"_s, 1), Route::Scheduled);
+    EXPECT_EQ(route(u"mona"_s, std::nullopt), Route::Scheduled);
     EXPECT_EQ(progressType(7), std::nullopt);
     EXPECT_EQ(progressType(-1), std::nullopt);
     EXPECT_EQ(progressType(6), ProgressType::Complete);
 
-    const struct {
-        std::optional<qint64> type;
-        bool inProgress, paused;
-        Tip scheduled, interactive;
-    } rows[] = {
+    const std::tuple<std::optional<qint64>, bool, bool, Tip, Tip> rows[] = {
         {0, false, false, Tip::ScheduledProgress, Tip::InteractiveProgress},
         {1, true, false, Tip::ScheduledProgress, Tip::Keep},
         {1, true, true, Tip::ScheduledPaused, Tip::Keep},
@@ -248,9 +209,9 @@ TEST(ReportRules, RouteAndTip)
         {std::nullopt, true, false, Tip::ScheduledProgress, Tip::Keep},
         {std::nullopt, false, false, Tip::Keep, Tip::Keep},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.type.value_or(-1));
-        EXPECT_EQ(scheduledTip(progressType(row.type), row.inProgress, row.paused), row.scheduled);
-        EXPECT_EQ(interactiveTip(progressType(row.type)), row.interactive);
+    for (const auto &[type, inProgress, paused, scheduled, interactive] : rows) {
+        SCOPED_TRACE(type.value_or(-1));
+        EXPECT_EQ(scheduledTip(progressType(type), inProgress, paused), scheduled);
+        EXPECT_EQ(interactiveTip(progressType(type)), interactive);
     }
 }

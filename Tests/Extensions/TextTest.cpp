@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 TEST(TextCoding, DoublesEveryUnitAndComesBack)
 {
-    EXPECT_EQ(encryptedString(QStringLiteral("12")), QStringLiteral("bd"));
-    EXPECT_EQ(decryptedString(QStringLiteral("bd")), QStringLiteral("12"));
+    EXPECT_EQ(encryptedString(u"12"_s), u"bd"_s);
+    EXPECT_EQ(decryptedString(u"bd"_s), u"12"_s);
     for (char16_t unit = 0; unit < 0x8000; ++unit) {
         const QString text(1, QChar(unit));
         ASSERT_EQ(encryptedString(text).at(0).unicode(), unit * 2);
@@ -26,32 +28,16 @@ TEST(TextCoding, UnitsWhoseDoubleDoesNotFitLoseTheirTopBitAndNothingElse)
 
 TEST(TextFormat, FillsPlaceholders)
 {
-    const struct {
-        const char *name;
-        QString format;
-        QStringList arguments;
-        QString expected;
-    } rows[] = {
-        {"in order",
-         QStringLiteral("%@ and %@"),
-         {QStringLiteral("a"), QStringLiteral("b")},
-         QStringLiteral("a and b")},
-        {"numbered",
-         QStringLiteral("%2$@, %1$@"),
-         {QStringLiteral("a"), QStringLiteral("b")},
-         QStringLiteral("b, a")},
-        {"too few", QStringLiteral("%@ %@"), {QStringLiteral("a")}, QStringLiteral("a %@")},
-        {"too many", QStringLiteral("%@"), {QStringLiteral("a"), QStringLiteral("b")}, QStringLiteral("a")},
-        {"argument with a placeholder",
-         QStringLiteral("%@-%@"),
-         {QStringLiteral("%@"), QStringLiteral("100%")},
-         QStringLiteral("%@-100%")},
-        {"percent sign", QStringLiteral("100%% of %@"), {QStringLiteral("x")}, QStringLiteral("100% of x")},
-        {"lone percent at the end", QStringLiteral("50%"), {}, QStringLiteral("50%")},
-        {"number without an argument", QStringLiteral("%3$@"), {QStringLiteral("a")}, QStringLiteral("%3$@")},
+    const std::tuple<const char *, QString, QStringList, QString> rows[] = {
+        {"in order", u"%@ and %@"_s, {u"a"_s, u"b"_s}, u"a and b"_s},
+        {"numbered", u"%2$@, %1$@"_s, {u"a"_s, u"b"_s}, u"b, a"_s},
+        {"too few", u"%@ %@"_s, {u"a"_s}, u"a %@"_s},
+        {"too many", u"%@"_s, {u"a"_s, u"b"_s}, u"a"_s},
+        {"argument with a placeholder", u"%@-%@"_s, {u"%@"_s, u"100%"_s}, u"%@-100%"_s},
+        {"percent sign", u"100%% of %@"_s, {u"x"_s}, u"100% of x"_s},
+        {"lone percent at the end", u"50%"_s, {}, u"50%"_s},
+        {"number without an argument", u"%3$@"_s, {u"a"_s}, u"%3$@"_s},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(formatted(row.format, row.arguments), row.expected);
-    }
+    for (const auto &[name, format, arguments, expected] : rows)
+        EXPECT_EQ(formatted(format, arguments), expected) << name;
 }

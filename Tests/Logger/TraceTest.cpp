@@ -17,19 +17,20 @@
 #include <sys/stat.h>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 // What the C locale's calendar makes of the pattern, as in "Sun Nov 22 2026 9:55:3 PM".
-const QString Date =
-    QStringLiteral("[A-Z][a-z]{2} [A-Z][a-z]{2} \\d{1,2} \\d{4} \\d{1,2}:\\d{1,2}:\\d{1,2} [AP]M");
+const QString Date = u"[A-Z][a-z]{2} [A-Z][a-z]{2} \\d{1,2} \\d{4} \\d{1,2}:\\d{1,2}:\\d{1,2} [AP]M"_s;
 
 QString monitorTrace()
 {
-    return standardizedPath(pathValue(QLatin1String("MonitorTraceFilePath")));
+    return standardizedPath(pathValue("MonitorTraceFilePath"_L1));
 }
 QString interfaceTrace()
 {
-    return standardizedPath(pathValue(QLatin1String("AppInterfaceTraceFilePath")));
+    return standardizedPath(pathValue("AppInterfaceTraceFilePath"_L1));
 }
 
 void expectMatches(const QByteArray &bytes, const QString &tail)
@@ -43,14 +44,14 @@ void expectMatches(const QByteArray &bytes, const QString &tail)
 TEST(Trace, EachWriterHasItsOwnLineForm)
 {
     const TemporaryHome home;
-    QNLogger::logMonitorTrace(QStringLiteral("engine::QUILLON and quillon"));
-    expectMatches(home.read(monitorTrace()), QStringLiteral(" : engine::corvane and quillon \n"));
+    QNLogger::logMonitorTrace(u"engine::QUILLON and quillon"_s);
+    expectMatches(home.read(monitorTrace()), u" : engine::corvane and quillon \n"_s);
 
-    CVTraceFileLogger::shared().logAppInterfaceTrace(QStringLiteral("x::Quillon"), true);
-    expectMatches(home.read(interfaceTrace()), QStringLiteral(" : x::Quillon \n"));
+    CVTraceFileLogger::shared().logAppInterfaceTrace(u"x::Quillon"_s, true);
+    expectMatches(home.read(interfaceTrace()), u" : x::Quillon \n"_s);
     ASSERT_TRUE(AtomicFile::write(interfaceTrace(), {}));
-    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QStringLiteral("x::Quillon"), true);
-    expectMatches(home.read(interfaceTrace()), QStringLiteral(" : x::corvane\n"));
+    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(u"x::Quillon"_s, true);
+    expectMatches(home.read(interfaceTrace()), u" : x::corvane\n"_s);
 }
 
 TEST(Trace, TheLimitIsExactAndTakesTheLineThatPassesIt)
@@ -59,7 +60,7 @@ TEST(Trace, TheLimitIsExactAndTakesTheLineThatPassesIt)
     home.write(monitorTrace(), QByteArray(512'000, 'x'));
     QNLogger::logMonitorTrace(std::nullopt);
     EXPECT_EQ(home.read(monitorTrace()).size(), 512'000);
-    QNLogger::logMonitorTrace(QStringLiteral("one more"));
+    QNLogger::logMonitorTrace(u"one more"_s);
     EXPECT_EQ(home.read(monitorTrace()).size(), 0);
 
     home.write(monitorTrace(), QByteArray(512'001, 'x'));
@@ -76,30 +77,25 @@ TEST(Trace, AnEmptyMessageMeansOneThingToEachInterfaceWriter)
     QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QString(), true);
     EXPECT_EQ(home.read(interfaceTrace()).size(), 0);
 
-    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QStringLiteral("kept"), false);
+    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(u"kept"_s, false);
     EXPECT_EQ(home.read(interfaceTrace()).size(), 0) << "not asked to write yet";
     QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QString(), true);
-    expectMatches(home.read(interfaceTrace()), QStringLiteral(" : kept\n"));
-}
-
-TEST(Trace, AFullBufferIsWrittenUnasked)
-{
-    const TemporaryHome home;
-    CVTraceFileLogger::shared().logAppInterfaceTrace(QString(51'200, u'y'), false);
-    EXPECT_GT(home.read(interfaceTrace()).size(), 51'200);
+    expectMatches(home.read(interfaceTrace()), u" : kept\n"_s);
+    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QString(51'200, u'y'), false);
+    EXPECT_GT(home.read(interfaceTrace()).size(), 51'200) << "a full buffer is written unasked";
 }
 
 TEST(Trace, WhatCannotBeWrittenIsDroppedAndNothingHangs)
 {
     const TemporaryHome home;
-    home.write(QStringLiteral("blocked"), "a file where a folder should be");
-    TraceFile::append(home.path(QStringLiteral("blocked/trace")), QStringLiteral("x"));
-    EXPECT_EQ(home.read(QStringLiteral("blocked")), "a file where a folder should be");
+    home.write(u"blocked"_s, "a file where a folder should be");
+    TraceFile::append(home.path(u"blocked/trace"_s), u"x"_s);
+    EXPECT_EQ(home.read(u"blocked"_s), "a file where a folder should be");
 
-    const QByteArray pipe = QFile::encodeName(home.path(QStringLiteral("pipe")));
+    const QByteArray pipe = QFile::encodeName(home.path(u"pipe"_s));
     ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
-    TraceFile::append(home.path(QStringLiteral("pipe")), QStringLiteral("nobody reads this"));
-    TraceFile::clearLogs(home.path(QStringLiteral("pipe")));
+    TraceFile::append(home.path(u"pipe"_s), u"nobody reads this"_s);
+    TraceFile::clearLogs(home.path(u"pipe"_s));
 }
 
 TEST(Trace, LinesOfManyThreadsStayWhole)
@@ -110,9 +106,9 @@ TEST(Trace, LinesOfManyThreadsStayWhole)
         threads.emplace_back([i] {
             for (int n = 0; n < 200; ++n) {
                 if (i % 2)
-                    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QStringLiteral("line"), true);
+                    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(u"line"_s, true);
                 else
-                    CVTraceFileLogger::shared().logAppInterfaceTrace(QStringLiteral("line"), true);
+                    CVTraceFileLogger::shared().logAppInterfaceTrace(u"line"_s, true);
             }
         });
     }
@@ -137,57 +133,39 @@ TEST(ConsoleLogger, AsShippedEveryCallIsOneFixedLine)
 {
     Console console;
     console.logger.options.keepTracking = true;
-    console.logger.error(QStringLiteral("id"), QStringLiteral("secret"));
+    console.logger.error(u"id"_s, u"secret"_s);
     console.logger.trace();
-    const QString fixed = QStringLiteral(
-        "Printer can't logs as RELEASE mode is active and you have set 'printOnlyIfDebugMode' to 'true'.");
+    const QString fixed =
+        u"Printer can't logs as RELEASE mode is active and you have set 'printOnlyIfDebugMode' to 'true'."_s;
     EXPECT_EQ(console.lines, QStringList({fixed, fixed}));
     console.lines.clear();
     console.logger.all(true);
-    EXPECT_EQ(console.lines.value(0),
-              QStringLiteral("No tracked logs. To track logs, you need to set 'keepTracking' to "
-                             "'true' and 'disable' is not set to 'true'."));
+    EXPECT_EQ(console.lines.value(0), u"No tracked logs. To track logs, you need to set 'keepTracking' to "
+                                      u"'true' and 'disable' is not set to 'true'."_s);
     console.lines.clear();
     console.logger.options.disable = true;
-    console.logger.error(QStringLiteral("id"), QStringLiteral("secret"));
+    console.logger.error(u"id"_s, u"secret"_s);
     EXPECT_TRUE(console.lines.isEmpty());
 }
 
 TEST(ConsoleLogger, FormsOfAnEntry)
 {
-    const struct {
-        const char *name;
-        LogType type;
-        QString id;
-        QString details;
-        bool hideTime;
-        QString expected;
-    } rows[] = {
-        {"full", LogType::success, QStringLiteral("7"), QStringLiteral("done"), false,
-         QString::fromUtf8("[✅ Success] [⌚03-04-2026 05: 06: 07] [🆔 7] ➞ ✹✹done✹✹")},
-        {"full without an id or a time",
-         LogType::alert,
-         {},
-         QStringLiteral("x"),
-         true,
-         QString::fromUtf8("[🚨 Alert]  ➞ ✹✹x✹✹")},
-        {"full without details",
-         LogType::warning,
-         QStringLiteral("7"),
-         {},
-         true,
-         QString::fromUtf8("[🚧 Warning] [🆔 7]")},
-        {"plain", LogType::plain, QStringLiteral("7"), QStringLiteral("done"), false,
-         QString::fromUtf8("[03-04-2026 05: 06: 07]  ID ➞ 7 Details ➞ done")},
+    const std::tuple<const char *, LogType, QString, QString, bool, QString> rows[] = {
+        {"full", LogType::success, u"7"_s, u"done"_s, false,
+         u"[✅ Success] [⌚03-04-2026 05: 06: 07] [🆔 7] ➞ ✹✹done✹✹"_s},
+        {"full without an id or a time", LogType::alert, {}, u"x"_s, true, u"[🚨 Alert]  ➞ ✹✹x✹✹"_s},
+        {"full without details", LogType::warning, u"7"_s, {}, true, u"[🚧 Warning] [🆔 7]"_s},
+        {"plain", LogType::plain, u"7"_s, u"done"_s, false,
+         u"[03-04-2026 05: 06: 07]  ID ➞ 7 Details ➞ done"_s},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, type, id, details, hideTime, expected] : rows) {
+        SCOPED_TRACE(name);
         Console console;
         console.logger.options.printOnlyIfDebugMode = false;
         console.logger.options.keepAutoTracing = false;
-        console.logger.options.hideLogsTime = row.hideTime;
-        console.logger.show(row.id, row.details, row.type);
-        EXPECT_EQ(console.lines, QStringList(row.expected));
+        console.logger.options.hideLogsTime = hideTime;
+        console.logger.show(id, details, type);
+        EXPECT_EQ(console.lines, QStringList(expected));
     }
 }
 
@@ -198,12 +176,12 @@ TEST(ConsoleLogger, FiltersTracksAndTraces)
     options.printOnlyIfDebugMode = false;
     options.keepTracking = true;
     options.filterLogs = {LogType::error};
-    console.logger.success(QStringLiteral("passed over"));
-    console.logger.error(QStringLiteral("kept"));
+    console.logger.success(u"passed over"_s);
+    console.logger.error(u"kept"_s);
     ASSERT_EQ(console.logger.getAllLogs().size(), 1U);
-    EXPECT_TRUE(console.lines.value(1).startsWith(QString::fromUtf8("[Trace] ➞ TraceTest.cpp ➞ ")));
+    EXPECT_TRUE(console.lines.value(1).startsWith(u"[Trace] ➞ TraceTest.cpp ➞ "_s));
     EXPECT_TRUE(console.logger.getAllLogs({LogType::success}).empty());
-    options.filterFiles = {QStringLiteral("TraceTest.cpp")};
-    console.logger.error(QStringLiteral("from a filtered file"));
+    options.filterFiles = {u"TraceTest.cpp"_s};
+    console.logger.error(u"from a filtered file"_s);
     EXPECT_EQ(console.logger.getAllLogs().size(), 1U);
 }

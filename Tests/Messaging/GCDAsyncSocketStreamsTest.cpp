@@ -12,16 +12,14 @@ TEST_F(GCDAsyncSocketTest, GivesEachReadItsOwnBytesHoweverTheyCome)
 {
     for (const bool inPieces : {false, true}) {
         SCOPED_TRACE(inPieces ? "byte by byte" : "in one segment");
-        listener = std::make_shared<SocketListener>();
-        socket = GCDAsyncSocket::create(listener, DispatchQueue::main());
+        renew();
         // Queued before the connection stands, of all kinds.
         socket->readDataToLength(3, NoTimeout, 1);
         socket->readDataToData("\r\n", NoTimeout, 0, 2);
         socket->readDataToLength(1, NoTimeout, 3);
         socket->readDataToData("ab", NoTimeout, 6, 4);
         socket->readDataToLength(2, NoTimeout, 5);
-        TestListener peers;
-        const auto peer = connectTo(peers);
+        const auto peer = connectToPeer();
         const QByteArray bytes = "xyzline\r\r\nQaaaab!?";
         if (inPieces)
             peer->dribble(bytes);
@@ -33,22 +31,9 @@ TEST_F(GCDAsyncSocketTest, GivesEachReadItsOwnBytesHoweverTheyCome)
     }
 }
 
-TEST_F(GCDAsyncSocketTest, BytesBeyondAReadStayForTheNextInOrder)
-{
-    TestListener peers;
-    const auto peer = connectTo(peers);
-    socket->readDataToLength(1, NoTimeout, 1);
-    peer->send("0123456789");
-    ASSERT_TRUE(waitForLines(2));
-    socket->readDataWithTimeout(NoTimeout, 2);
-    ASSERT_TRUE(waitForLines(3));
-    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "read 1:0", "read 2:123456789"));
-}
-
 TEST_F(GCDAsyncSocketTest, IgnoresReadsAndWritesThatAskForNothing)
 {
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     socket->readDataToLength(0, NoTimeout, 1);
     socket->readDataToLength(-5, NoTimeout, 2);
     socket->readDataToData("", NoTimeout, 0, 3);
@@ -62,25 +47,19 @@ TEST_F(GCDAsyncSocketTest, IgnoresReadsAndWritesThatAskForNothing)
 
 TEST_F(GCDAsyncSocketTest, ATerminatorThatDoesNotComeInTimeMaxesOut)
 {
-    const struct {
-        const char *name;
-        QByteArray bytes;
-        const char *told;
-    } rows[] = {
+    const std::tuple<const char *, QByteArray, const char *> rows[] = {
         {"just fits", "abcde\n", "read 1:abcde\n"},
         {"one too far", "abcdef\n", "closed 6"},
         {"none", "abcdefghijkl", "closed 6"},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        listener = std::make_shared<SocketListener>();
-        socket = GCDAsyncSocket::create(listener, DispatchQueue::main());
-        TestListener peers;
-        const auto peer = connectTo(peers);
+    for (const auto &[name, bytes, told] : rows) {
+        SCOPED_TRACE(name);
+        renew();
+        const auto peer = connectToPeer();
         socket->readDataToData("\n", NoTimeout, 6, 1);
-        peer->dribble(row.bytes);
+        peer->dribble(bytes);
         ASSERT_TRUE(waitForLines(2));
-        EXPECT_EQ(listener->told[1], row.told);
+        EXPECT_EQ(listener->told[1], told);
         if (listener->error) {
             EXPECT_EQ(listener->error->description, u"Read operation reached set maximum length"_s);
         }
@@ -92,8 +71,7 @@ TEST_F(GCDAsyncSocketTest, LargeReadsArriveWholeWithRoomBehindThem)
     QByteArray bytes(3 * 1024 * 1024 + 17, Qt::Uninitialized);
     for (qsizetype i = 0; i < bytes.size(); ++i)
         bytes[i] = char(i * 31 + i / 251);
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     socket->readDataToLength(bytes.size() - 1000, NoTimeout, 1);
     socket->readDataToLength(1000, NoTimeout, 2);
     peer->send(bytes);
@@ -106,8 +84,7 @@ TEST_F(GCDAsyncSocketTest, LargeReadsArriveWholeWithRoomBehindThem)
 
 TEST_F(GCDAsyncSocketTest, ALengthThatIsOnlyClaimedTakesNoMemory)
 {
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     socket->readDataToLength(std::numeric_limits<qsizetype>::max() - 7, NoTimeout, 1);
     peer->send(QByteArray(100000, 'x'));
     peer->reset();
@@ -120,8 +97,7 @@ TEST_F(GCDAsyncSocketTest, ThousandsOfQueuedReadsAreServedFromOneSegment)
     constexpr int Count = 20000; // a chain of calls this long would not fit on a stack
     for (int i = 0; i < Count; ++i)
         socket->readDataToLength(1, NoTimeout, i);
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     peer->send(QByteArray(Count, 'r'));
     ASSERT_TRUE(waitForLines(Count + 1));
     EXPECT_EQ(listener->told.back(), "read " + std::to_string(Count - 1) + ":r");
@@ -129,8 +105,7 @@ TEST_F(GCDAsyncSocketTest, ThousandsOfQueuedReadsAreServedFromOneSegment)
 
 TEST_F(GCDAsyncSocketTest, TheDelegateMayReadOnOrLeaveFromWithinACall)
 {
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     listener->onData = [](GCDAsyncSocket &from) { from.readDataToLength(2, NoTimeout, 7); };
     socket->readDataToLength(2, NoTimeout, 7);
     peer->send("aabb");
@@ -144,36 +119,24 @@ TEST_F(GCDAsyncSocketTest, TheDelegateMayReadOnOrLeaveFromWithinACall)
 
 // ---- Writes -------------------------------------------------------------------------------------------------
 
-TEST_F(GCDAsyncSocketTest, WritesGoOutInOrderAlsoThoseQueuedBeforeTheConnection)
-{
-    socket->writeData("one ", NoTimeout, 1);
-    socket->writeData("two ", NoTimeout, 2);
-    TestListener peers;
-    const auto peer = connectTo(peers);
-    socket->writeData("three", NoTimeout, 3);
-    EXPECT_EQ(peer->receive(13), "one two three");
-    ASSERT_TRUE(waitForLines(4));
-    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "wrote 1", "wrote 2", "wrote 3"));
-}
-
 TEST_F(GCDAsyncSocketTest, AWriteThatFillsTheConnectionGoesOnWhenThereIsRoom)
 {
     const QByteArray bytes(16 * 1024 * 1024, 'w');
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    socket->writeData("queued before the connection", NoTimeout, 0);
+    const auto peer = connectToPeer();
     socket->writeData(bytes, NoTimeout, 1);
     socket->writeData("end", NoTimeout, 2);
-    ASSERT_TRUE(waitForLines(1));
-    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1"));
+    ASSERT_TRUE(waitForLines(2));
+    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "wrote 0"));
+    EXPECT_EQ(peer->receive(28), "queued before the connection");
     EXPECT_TRUE(peer->receive(bytes.size() + 3) == bytes + "end");
-    ASSERT_TRUE(waitForLines(3));
-    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "wrote 1", "wrote 2"));
+    ASSERT_TRUE(waitForLines(4));
+    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "wrote 0", "wrote 1", "wrote 2"));
 }
 
 TEST_F(GCDAsyncSocketTest, AWriteToAPeerThatIsGoneEndsInAnErrorAndNoSignal)
 {
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     ASSERT_TRUE(waitForLines(1));
     peer->reset();
     socket->writeData("x", NoTimeout, 1);
@@ -184,37 +147,28 @@ TEST_F(GCDAsyncSocketTest, AWriteToAPeerThatIsGoneEndsInAnErrorAndNoSignal)
 
 // ---- Time-outs ----------------------------------------------------------------------------------------------
 
-TEST_F(GCDAsyncSocketTest, ALateReadEndsTheConnection)
-{
-    TestListener peers;
-    const auto peer = connectTo(peers);
-    socket->readDataToLength(4, Seconds(0.02), 9);
-    peer->send("ab");
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_THAT(listener->told,
-                ElementsAre("connected 127.0.0.1", "late read 9 after 20 ms with 2", "closed 4"));
-    EXPECT_EQ(listener->error->description, u"Read operation timed out"_s);
-}
-
-TEST_F(GCDAsyncSocketTest, TheDelegateMayGiveALateReadMoreTime)
+TEST_F(GCDAsyncSocketTest, ALateReadEndsTheConnectionUnlessTheDelegateGivesItMoreTime)
 {
     listener->extensions = {0.01, 3600};
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     socket->readDataToLength(2, Seconds(0.02), 9);
     ASSERT_TRUE(waitForLines(3));
     peer->send("ab");
     ASSERT_TRUE(waitForLines(4));
-    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "late read 9 after 20 ms with 0",
-                                            "late read 9 after 30 ms with 0", "read 9:ab"));
     EXPECT_TRUE(socket->isConnected());
+    peer->send("c");
+    socket->readDataToLength(2, Seconds(0.02), 10);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "late read 9 after 20 ms with 0",
+                                            "late read 9 after 30 ms with 0", "read 9:ab",
+                                            "late read 10 after 20 ms with 1", "closed 4"));
+    EXPECT_EQ(listener->error->description, u"Read operation timed out"_s);
 }
 
 TEST_F(GCDAsyncSocketTest, ALateWriteIsExtendedOnceAndThenEndsTheConnection)
 {
     listener->extensions = {0.01};
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     socket->writeData(QByteArray(32 * 1024 * 1024, 'w'), Seconds(0.02), 8);
     ASSERT_TRUE(waitForEnd());
     EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "late write 8 after 20 ms with 0",
@@ -224,8 +178,7 @@ TEST_F(GCDAsyncSocketTest, ALateWriteIsExtendedOnceAndThenEndsTheConnection)
 
 TEST_F(GCDAsyncSocketTest, AReadInTimeLeavesNoTimerBehind)
 {
-    TestListener peers;
-    const auto peer = connectTo(peers);
+    const auto peer = connectToPeer();
     peer->send("ab");
     socket->readDataToLength(1, Seconds(0.01), 1);
     ASSERT_TRUE(waitForLines(2));

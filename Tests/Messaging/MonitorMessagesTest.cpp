@@ -4,14 +4,13 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 const MonitorMessages::Table Table{
-    {QStringLiteral("T1001"), QStringLiteral("Up to date")},
-    {QStringLiteral("T1002"), QStringLiteral("Paused")},
-    {QStringLiteral("T1001-1"), QStringLiteral("Uploading %@")},
-    {QStringLiteral("T1003-2"), QStringLiteral("%@ of %@")},
-    {QStringLiteral("T1004-4"), QStringLiteral("%@ %@ %@ %@")},
+    {u"T1001"_s, u"Up to date"_s}, {u"T1002"_s, u"Paused"_s},        {u"T1001-1"_s, u"Uploading %@"_s},
+    {u"T1003-2"_s, u"%@ of %@"_s}, {u"T1004-4"_s, u"%@ %@ %@ %@"_s},
 };
 
 QString display(const char *message, const std::optional<MonitorMessages::Table> &table = Table)
@@ -20,16 +19,14 @@ QString display(const char *message, const std::optional<MonitorMessages::Table>
         QString::fromUtf8(message), table,
         {.localise = [](const QString &text) { return text.toUpper(); },
          .resolveSyncPath = [](const QString &tail) -> std::optional<QString> {
-             return tail == u"gone" ? std::nullopt : std::optional(QStringLiteral("/sync/") + tail);
+             return tail == u"gone" ? std::nullopt : std::optional(u"/sync/"_s + tail);
          }});
 }
 } // namespace
 
 TEST(MonitorMessages, IdsBecomeText)
 {
-    const struct {
-        const char *name, *message, *expected;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *> rows[] = {
         {"the one id without a line feed", "T1001", "UP TO DATE"},
         {"any other single id", "T1002", "PAUSED\n"},
         {"one argument", "T1001||a.txt", "UPLOADING a.txt"},
@@ -48,34 +45,27 @@ TEST(MonitorMessages, IdsBecomeText)
         {"T1001 with a tail is not T1001 alone", "T1001::x", "UP TO DATE\n::/sync/x"},
         {"empty", "", ""},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(display(row.message), QString::fromUtf8(row.expected));
-    }
-    EXPECT_EQ(display("T1001||a", std::nullopt), QStringLiteral("T1001||a")) << "no table";
+    for (const auto &[name, message, expected] : rows)
+        EXPECT_EQ(display(message), QString::fromUtf8(expected)) << name;
+    EXPECT_EQ(display("T1001||a", std::nullopt), u"T1001||a"_s) << "no table";
 }
 
 TEST(MessageTypes, NumberOfAMessage)
 {
-    const QString name = QStringLiteral("SetToolTip");
-    const struct {
-        const char *label;
-        QVariant second;
-        QString name;
-        int expected;
-    } rows[] = {
+    const QString name = u"SetToolTip"_s;
+    const std::tuple<const char *, QVariant, QString, int> rows[] = {
         {"by name", QVariantMap(), name, 2},
-        {"by name with an array", QVariantList(), QStringLiteral("OpenWindowToViewFile"), 6},
-        {"by name with the empty text", QString(), QStringLiteral("SetPauseState"), 7},
-        {"an unknown name", QVariantMap(), QStringLiteral("Nonsense"), 0},
-        {"as text", QStringLiteral("500"), name, 500},
-        {"text that is no number", QStringLiteral("5x"), name, 0},
-        {"a number that fits nothing", QStringLiteral("99999999999"), name, 0},
+        {"by name with an array", QVariantList(), u"OpenWindowToViewFile"_s, 6},
+        {"by name with the empty text", QString(), u"SetPauseState"_s, 7},
+        {"an unknown name", QVariantMap(), u"Nonsense"_s, 0},
+        {"as text", u"500"_s, name, 500},
+        {"text that is no number", u"5x"_s, name, 0},
+        {"a number that fits nothing", u"99999999999"_s, name, 0},
         {"a bare number", 500LL, name, 0},
         {"a boolean", true, name, 0},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.label);
-        EXPECT_EQ(MessageTypes::numberOf(row.second, row.name), row.expected);
+    for (const auto &[label, second, typeName, expected] : rows) {
+        SCOPED_TRACE(label);
+        EXPECT_EQ(MessageTypes::numberOf(second, typeName), expected);
     }
 }

@@ -12,12 +12,7 @@ TEST(OutboundMessages, AreWhatTheDaemonKnows)
 {
     const std::optional<QString> console = u"ann"_s, user = u"ann@example.org"_s, none;
     using Action = ECoreOperationActionType;
-    const struct {
-        const char *name;
-        OutboundMessage outbound;
-        qint64 tag;
-        const char *json;
-    } rows[] = {
+    const std::tuple<const char *, OutboundMessage, qint64, const char *> rows[] = {
         {"ping", pingFromMonitor(pingDetails(console, user, {u"job 1"_s, u"job 2"_s})), 3,
          R"({"data":{"corvaneUserName":"ann@example.org","inProgress":["job 1","job 2"],"profileName":"ann"},"type":"PingFromMonitor"})"},
         {"ping of nobody", pingFromMonitor(pingDetails(none, none, {})), 3,
@@ -60,10 +55,10 @@ TEST(OutboundMessages, AreWhatTheDaemonKnows)
         {"continuous of nobody", cdpTimer(console, none), cdpTimer(console, user).tag,
          R"({"data":{},"type":"CDPTimer"})"},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(row.outbound.tag, row.tag);
-        const QJsonDocument document(QJsonObject::fromVariantMap(row.outbound.message));
-        EXPECT_EQ(document.toJson(QJsonDocument::Compact).toStdString(), row.json);
+    for (const auto &[name, outbound, tag, json] : rows) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(outbound.tag, tag);
+        const QJsonDocument document(QJsonObject::fromVariantMap(outbound.message));
+        EXPECT_EQ(document.toJson(QJsonDocument::Compact).toStdString(), json);
     }
 }

@@ -78,10 +78,17 @@ private:
 class GCDAsyncSocketTest : public testing::Test
 {
 protected:
-    std::unique_ptr<TestPeer> connectTo(TestListener &peers, const QString &host = QStringLiteral("127.0.0.1"))
+    std::unique_ptr<TestPeer> connectToPeer()
     {
-        EXPECT_TRUE(socket->connectToHost(host, peers.port(), SocketSeconds(5), nullptr));
+        EXPECT_TRUE(
+            socket->connectToHost(QStringLiteral("127.0.0.1"), peers.port(), SocketSeconds(5), nullptr));
         return peers.accept();
+    }
+    /// A socket that nothing has happened to yet.
+    void renew()
+    {
+        listener = std::make_shared<SocketListener>();
+        socket = GCDAsyncSocket::create(listener, DispatchQueue::main());
     }
     bool waitForLines(size_t count)
     {
@@ -92,6 +99,7 @@ protected:
         return waitUntil([&] { return listener->ended; });
     }
 
+    TestListener peers;
     std::shared_ptr<SocketListener> listener = std::make_shared<SocketListener>();
     std::shared_ptr<GCDAsyncSocket> socket = GCDAsyncSocket::create(listener, DispatchQueue::main());
 };

@@ -91,12 +91,9 @@ QByteArray TestPeer::frame(const QByteArray &payload)
     return QByteArray(reinterpret_cast<const char *>(&size), sizeof size) + payload;
 }
 
-namespace
+int TestListener::boundSocket(Family family, quint16 *port)
 {
-/// A socket bound to the loopback address of a family; `port` gets the number that it is bound to.
-int boundSocket(TestListener::Family family, quint16 *port)
-{
-    const bool v4 = family == TestListener::Family::V4;
+    const bool v4 = family == Family::V4;
     const int fd = ::socket(v4 ? AF_INET : AF_INET6, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     const int on = 1;
     ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
@@ -115,7 +112,6 @@ int boundSocket(TestListener::Family family, quint16 *port)
     *port = ntohs(v4 ? in.sin_port : in6.sin6_port);
     return fd;
 }
-} // namespace
 
 TestListener::TestListener(Family family, quint16 port) : m_port(port)
 {

@@ -48,6 +48,8 @@ public:
     /// A connection if one waits already.
     std::unique_ptr<TestPeer> acceptNow();
 
+    /// A socket bound to the loopback address of a family, not listening; `port` 0 becomes a free one.
+    static int boundSocket(Family family, quint16 *port);
     /// A port of this machine that nobody listens on.
     static quint16 closedPort();
 

@@ -4,7 +4,7 @@
 
 #include <QtEndian>
 
-#include <initializer_list>
+#include <vector>
 
 /// Makes keyed archives in memory, object by object, as an archiver does.
 class ArchiveMaker
@@ -84,7 +84,7 @@ private:
 
 /// A binary property list of objects given as bytes, with references of one byte: for what no writer would
 /// write.
-inline QByteArray rawPlist(std::initializer_list<QByteArray> objects)
+inline QByteArray rawPlist(const std::vector<QByteArray> &objects)
 {
     QByteArray file("bplist00");
     QByteArray table;

@@ -11,30 +11,10 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-/// While it lives no file of this process grows past `bytes`: a full disk for one test.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit limit{bytes, m_old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
-
-private:
-    rlimit m_old{};
-    void (*m_oldHandler)(int) = nullptr;
-};
-
 class AtomicFileTest : public testing::Test
 {
 protected:
@@ -50,9 +30,9 @@ protected:
 
 TEST_F(AtomicFileTest, TextComesBackToTheByte)
 {
-    ASSERT_TRUE(AtomicFile::writeText(path("a"), QStringLiteral("0\n é\U0001F600")));
+    ASSERT_TRUE(AtomicFile::writeText(path("a"), u"0\n é\U0001F600"_s));
     EXPECT_EQ(AtomicFile::read(path("a"), 100), QByteArray("0\n \xC3\xA9\xF0\x9F\x98\x80"));
-    EXPECT_EQ(AtomicFile::readText(path("a")), QStringLiteral("0\n é\U0001F600"));
+    EXPECT_EQ(AtomicFile::readText(path("a")), u"0\n é\U0001F600"_s);
     ASSERT_TRUE(AtomicFile::writeText(path("a"), QString()));
     EXPECT_EQ(AtomicFile::readText(path("a")), QString());
 }
@@ -60,13 +40,18 @@ TEST_F(AtomicFileTest, TextComesBackToTheByte)
 TEST_F(AtomicFileTest, FailedWriteLosesNothing)
 {
     ASSERT_TRUE(AtomicFile::write(path("kept"), "old"));
-    {
-        const FileSizeLimit full(1000);
-        EXPECT_FALSE(AtomicFile::write(path("kept"), QByteArray(100'000, 'x')));
-        EXPECT_FALSE(AtomicFile::write(path("new"), QByteArray(100'000, 'x')));
-    }
+    // A full disk: for a moment no file of this process grows past a thousand bytes.
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit full{1000, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_FALSE(AtomicFile::write(path("kept"), QByteArray(100'000, 'x')));
+    EXPECT_FALSE(AtomicFile::write(path("new"), QByteArray(100'000, 'x')));
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
     EXPECT_EQ(AtomicFile::read(path("kept"), 100), QByteArray("old"));
-    EXPECT_EQ(names(), QStringList{QStringLiteral("kept")});
+    EXPECT_EQ(names(), QStringList{u"kept"_s});
 }
 
 TEST_F(AtomicFileTest, RefusesPlacesThatCannotHoldAFile)
@@ -78,7 +63,7 @@ TEST_F(AtomicFileTest, RefusesPlacesThatCannotHoldAFile)
         EXPECT_FALSE(AtomicFile::write(path(place), "x"));
     }
     EXPECT_EQ(AtomicFile::read(path("file"), 100), QByteArray("old"));
-    EXPECT_EQ(names(), QStringList{QStringLiteral("file")});
+    EXPECT_EQ(names(), QStringList{u"file"_s});
 }
 
 TEST_F(AtomicFileTest, KeepsLinkAndPermissions)
@@ -102,6 +87,6 @@ TEST_F(AtomicFileTest, RefusesWhatIsNoTextOfReasonableSize)
         SCOPED_TRACE(name);
         EXPECT_FALSE(AtomicFile::readText(path(name)));
     }
-    EXPECT_EQ(AtomicFile::readText(path("five"), 5), QStringLiteral("12345"));
+    EXPECT_EQ(AtomicFile::readText(path("five"), 5), u"12345"_s);
     EXPECT_FALSE(AtomicFile::readText(path("five"), 4));
 }

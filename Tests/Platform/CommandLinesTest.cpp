@@ -5,37 +5,29 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 TEST(CommandLines, CountsAsGrepWould)
 {
-    const QString path = QStringLiteral("/opt/corvane/webmanage");
+    const QString path = u"/opt/corvane/webmanage"_s;
     const QStringList lines{
-        QStringLiteral("/opt/corvane/webmanage --port 1"),
-        QStringLiteral("sh -c /opt/corvane/webmanage; /opt/corvane/webmanage"),
-        QStringLiteral("/usr/bin/webmanage"),
-        QStringLiteral("/opt/corvane/daemon"),
+        u"/opt/corvane/webmanage --port 1"_s,
+        u"sh -c /opt/corvane/webmanage; /opt/corvane/webmanage"_s,
+        u"/usr/bin/webmanage"_s,
+        u"/opt/corvane/daemon"_s,
     };
-    const struct {
-        const char *name;
-        QString pattern;
-        int count;
-    } rows[] = {
-        {"each occurrence in the lines that match", QStringLiteral("webmanage"), 3},
-        {"only the lines that match", QStringLiteral("--port"), 1},
-        {"a dot is any character", QStringLiteral("w.bmanage --port"), 1},
-        {"a plus is a plus", QStringLiteral("webmanage+"), 0},
-        {"case counts", QStringLiteral("Webmanage"), 0},
+    const std::tuple<const char *, QString, int> rows[] = {
+        {"each occurrence in the lines that match", u"webmanage"_s, 3},
+        {"only the lines that match", u"--port"_s, 1},
+        {"a dot is any character", u"w.bmanage --port"_s, 1},
+        {"a plus is a plus", u"webmanage+"_s, 0},
+        {"case counts", u"Webmanage"_s, 0},
         {"no pattern lets all pass", QString(), 3},
-        {"a broken pattern lets none pass", QStringLiteral("[web"), 0},
-        {"shell text is text", QStringLiteral("$(echo webmanage)"), 0},
+        {"a broken pattern lets none pass", u"[web"_s, 0},
+        {"shell text is text", u"$(echo webmanage)"_s, 0},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(occurrencesInLines(lines, row.pattern, path), row.count);
-    }
-    EXPECT_EQ(occurrencesInLines(lines, QStringLiteral("webmanage"), QString()), 0);
-}
-
-TEST(CommandLines, ThisProcessIsAmongThem)
-{
+    for (const auto &[name, pattern, count] : rows)
+        EXPECT_EQ(occurrencesInLines(lines, pattern, path), count) << name;
+    EXPECT_EQ(occurrencesInLines(lines, u"webmanage"_s, QString()), 0);
     EXPECT_TRUE(runningCommandLines().contains(QCoreApplication::arguments().join(u' ')));
 }

@@ -6,6 +6,8 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr QLatin1StringView Root("root");
@@ -23,9 +25,8 @@ QVariant ref(quint64 value)
 QByteArray archiveOfField(const QVariant &field)
 {
     ArchiveMaker maker;
-    const auto thing =
-        maker.object({QStringLiteral("Thing"), QStringLiteral("NSObject")}, {{QStringLiteral("f"), field}});
-    return maker.archive(QStringLiteral("root"), thing);
+    const auto thing = maker.object({u"Thing"_s, u"NSObject"_s}, {{u"f"_s, field}});
+    return maker.archive(u"root"_s, thing);
 }
 
 /// The root of an archive, kept together with it.
@@ -44,9 +45,9 @@ void walk(const ArchiveObject &object, int depth)
 {
     std::ignore = object.classChain();
     std::ignore = object.toVariant();
-    std::ignore = object.decodeDate(QLatin1StringView("f"));
-    std::ignore = object.decodeInt(QLatin1StringView("f"));
-    std::ignore = object.decodeBool(QLatin1StringView("f"));
+    std::ignore = object.decodeDate("f"_L1);
+    std::ignore = object.decodeInt("f"_L1);
+    std::ignore = object.decodeBool("f"_L1);
     const auto entries = object.entries();
     for (size_t i = 0; depth > 0 && entries && i < entries->size(); ++i)
         walk((*entries)[i], depth - 1);
@@ -58,34 +59,30 @@ void walk(const ArchiveObject &object, int depth)
 // else referred to.
 TEST(KeyedArchiveTest, ReadsTheLayoutOfThePlatformsArchiver)
 {
-    const auto string = [](const char *text) { return QString::fromLatin1(text); };
     const QVariantList objects{
-        string("$null"),
-        QVariantMap{{string("NS.objects"), QVariantList{ref(2)}}, {string("$class"), ref(9)}},
-        QVariantMap{{string("$class"), ref(8)},
-                    {string("owner"), ref(3)},
-                    {string("when"), ref(5)},
-                    {string("note"), ref(0)},
-                    {string("title"), ref(7)},
-                    {string("count"), 3},
-                    {string("on"), true}},
-        QVariantMap{{string("$class"), ref(4)}, {string("NS.string"), string("ann: ann-login")}},
-        QVariantMap{{string("$classname"), string("NSMutableString")},
-                    {string("$classes"),
-                     QStringList{string("NSMutableString"), string("NSString"), string("NSObject")}}},
-        QVariantMap{{string("NS.time"), 816382245.75}, {string("$class"), ref(6)}},
-        QVariantMap{{string("$classname"), string("NSDate")},
-                    {string("$classes"), QStringList{string("NSDate"), string("NSObject")}}},
-        string("plain"),
-        QVariantMap{{string("$classname"), string("Item")},
-                    {string("$classes"), QStringList{string("Item"), string("Base"), string("NSObject")}}},
-        QVariantMap{{string("$classname"), string("NSMutableArray")},
-                    {string("$classes"),
-                     QStringList{string("NSMutableArray"), string("NSArray"), string("NSObject")}}}};
-    const QVariantMap list{{string("$version"), 100000},
-                           {string("$archiver"), string("NSKeyedArchiver")},
-                           {string("$top"), QVariantMap{{string("root"), ref(1)}}},
-                           {string("$objects"), objects}};
+        u"$null"_s,
+        QVariantMap{{u"NS.objects"_s, QVariantList{ref(2)}}, {u"$class"_s, ref(9)}},
+        QVariantMap{{u"$class"_s, ref(8)},
+                    {u"owner"_s, ref(3)},
+                    {u"when"_s, ref(5)},
+                    {u"note"_s, ref(0)},
+                    {u"title"_s, ref(7)},
+                    {u"count"_s, 3},
+                    {u"on"_s, true}},
+        QVariantMap{{u"$class"_s, ref(4)}, {u"NS.string"_s, u"ann: ann-login"_s}},
+        QVariantMap{{u"$classname"_s, u"NSMutableString"_s},
+                    {u"$classes"_s, QStringList{u"NSMutableString"_s, u"NSString"_s, u"NSObject"_s}}},
+        QVariantMap{{u"NS.time"_s, 816382245.75}, {u"$class"_s, ref(6)}},
+        QVariantMap{{u"$classname"_s, u"NSDate"_s}, {u"$classes"_s, QStringList{u"NSDate"_s, u"NSObject"_s}}},
+        u"plain"_s,
+        QVariantMap{{u"$classname"_s, u"Item"_s},
+                    {u"$classes"_s, QStringList{u"Item"_s, u"Base"_s, u"NSObject"_s}}},
+        QVariantMap{{u"$classname"_s, u"NSMutableArray"_s},
+                    {u"$classes"_s, QStringList{u"NSMutableArray"_s, u"NSArray"_s, u"NSObject"_s}}}};
+    const QVariantMap list{{u"$version"_s, 100000},
+                           {u"$archiver"_s, u"NSKeyedArchiver"_s},
+                           {u"$top"_s, QVariantMap{{u"root"_s, ref(1)}}},
+                           {u"$objects"_s, objects}};
 
     for (const auto format : {PropertyList::Format::Binary, PropertyList::Format::Xml}) {
         const Opened opened(PropertyList::serialize(list, format).value());
@@ -96,28 +93,22 @@ TEST(KeyedArchiveTest, ReadsTheLayoutOfThePlatformsArchiver)
         const auto &item = entries->front();
         EXPECT_EQ(item.className(), u"Item");
         EXPECT_EQ(item.classChain().join(u','), u"Item,Base,NSObject");
-        EXPECT_TRUE(item.isKindOf(QLatin1StringView("Base")));
-        EXPECT_FALSE(item.isKindOf(QLatin1StringView("NSArray")));
-        EXPECT_EQ(item.decodeString(QLatin1StringView("owner")), QStringLiteral("ann: ann-login"));
-        EXPECT_EQ(item.decodeString(QLatin1StringView("title")), QStringLiteral("plain"));
-        EXPECT_EQ(item.decodeDate(QLatin1StringView("when")),
-                  QDateTime(QDate(2026, 11, 14), QTime(20, 50, 45, 750), Qt::UTC));
-        EXPECT_TRUE(item.contains(QLatin1StringView("note")));
-        EXPECT_TRUE(item.decodeObject(QLatin1StringView("note")).isNull());
-        EXPECT_EQ(item.decodeInt(QLatin1StringView("count")), 3);
-        EXPECT_TRUE(item.decodeBool(QLatin1StringView("on")));
+        EXPECT_TRUE(item.isKindOf("Base"_L1));
+        EXPECT_FALSE(item.isKindOf("NSArray"_L1));
+        EXPECT_EQ(item.decodeString("owner"_L1), u"ann: ann-login"_s);
+        EXPECT_EQ(item.decodeString("title"_L1), u"plain"_s);
+        EXPECT_EQ(item.decodeDate("when"_L1), QDateTime(QDate(2026, 11, 14), QTime(20, 50, 45, 750), Qt::UTC));
+        EXPECT_TRUE(item.contains("note"_L1));
+        EXPECT_TRUE(item.decodeObject("note"_L1).isNull());
+        EXPECT_EQ(item.decodeInt("count"_L1), 3);
+        EXPECT_TRUE(item.decodeBool("on"_L1));
     }
 }
 
 TEST(KeyedArchiveTest, NumbersAndBooleansReadAsEachOther)
 {
     ArchiveMaker maker;
-    const struct {
-        const char *name;
-        QVariant field;
-        qint64 integer;
-        bool boolean;
-    } rows[] = {
+    const std::tuple<const char *, QVariant, qint64, bool> rows[] = {
         {"zero", 0, 0, false},
         {"seven", 7, 7, true},
         {"minus one", -1, -1, true},
@@ -126,116 +117,99 @@ TEST(KeyedArchiveTest, NumbersAndBooleansReadAsEachOther)
         {"real", 2.9, 2, true},
         {"huge real", 1e300, 0, true},
         {"over 63 bits", std::numeric_limits<quint64>::max(), 0, true},
-        {"text", QStringLiteral("1"), 0, false},
+        {"text", u"1"_s, 0, false},
         {"null", ref(0), 0, false},
         {"out of range", ref(99), 0, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const Opened opened(archiveOfField(row.field));
-        EXPECT_EQ(opened.root.decodeInt(QLatin1StringView("f")), row.integer);
-        EXPECT_EQ(opened.root.decodeBool(QLatin1StringView("f")), row.boolean);
-        EXPECT_EQ(opened.root.decodeInt(QLatin1StringView("missing")), 0);
-        EXPECT_FALSE(opened.root.decodeBool(QLatin1StringView("missing")));
+    for (const auto &[name, field, integer, boolean] : rows) {
+        SCOPED_TRACE(name);
+        const Opened opened(archiveOfField(field));
+        EXPECT_EQ(opened.root.decodeInt("f"_L1), integer);
+        EXPECT_EQ(opened.root.decodeBool("f"_L1), boolean);
+        EXPECT_EQ(opened.root.decodeInt("missing"_L1), 0);
+        EXPECT_FALSE(opened.root.decodeBool("missing"_L1));
     }
     const auto number = maker.add(4);
-    const auto thing =
-        maker.object({QStringLiteral("Thing")}, {{QStringLiteral("f"), QVariant::fromValue(number)}});
-    const Opened boxed(maker.archive(QStringLiteral("root"), thing));
-    EXPECT_EQ(boxed.root.decodeInt(QLatin1StringView("f")), 4);
+    const auto thing = maker.object({u"Thing"_s}, {{u"f"_s, QVariant::fromValue(number)}});
+    const Opened boxed(maker.archive(u"root"_s, thing));
+    EXPECT_EQ(boxed.root.decodeInt("f"_L1), 4);
 }
 
 TEST(KeyedArchiveTest, ValuesOfAnotherKindAreNone)
 {
-    const QStringList strings{QStringLiteral("NSString"), QStringLiteral("NSObject")};
+    const QStringList strings{u"NSString"_s, u"NSObject"_s};
     ArchiveMaker maker;
-    const struct {
-        const char *name;
-        PropertyListUid value;
-        bool text, date, list;
-    } rows[] = {
-        {"text", maker.add(QStringLiteral("x")), true, false, false},
-        {"wrapped text", maker.object(strings, {{QStringLiteral("NS.string"), QStringLiteral("x")}}), true,
-         false, false},
-        {"text as bytes", maker.object(strings, {{QStringLiteral("NS.bytes"), QByteArray("x")}}), true, false,
-         false},
+    const std::tuple<const char *, PropertyListUid, bool, bool, bool> rows[] = {
+        {"text", maker.add(u"x"_s), true, false, false},
+        {"wrapped text", maker.object(strings, {{u"NS.string"_s, u"x"_s}}), true, false, false},
+        {"text as bytes", maker.object(strings, {{u"NS.bytes"_s, QByteArray("x")}}), true, false, false},
         {"wrapper without text", maker.object(strings, {}), false, false, false},
-        {"wrapped number", maker.object(strings, {{QStringLiteral("NS.string"), 1}}), false, false, false},
+        {"wrapped number", maker.object(strings, {{u"NS.string"_s, 1}}), false, false, false},
         {"date", maker.date(1.5), false, true, false},
         {"date out of range", maker.date(1e300), false, false, false},
-        {"date of another class", maker.object({QStringLiteral("Date")}, {{QStringLiteral("NS.time"), 1.0}}),
-         false, false, false},
+        {"date of another class", maker.object({u"Date"_s}, {{u"NS.time"_s, 1.0}}), false, false, false},
         {"array", maker.array({uid(1)}), false, false, true},
-        {"array without entries", maker.object({QStringLiteral("NSArray")}, {}), false, false, false},
+        {"array without entries", maker.object({u"NSArray"_s}, {}), false, false, false},
         {"number", maker.add(5), false, false, false},
         {"null", uid(0), false, false, false},
         {"out of range", uid(1'000'000), false, false, false},
         {"reference to a reference", maker.add(ref(1)), false, false, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, value, text, date, list] : rows) {
+        SCOPED_TRACE(name);
         auto copy = maker;
-        const auto thing =
-            copy.object({QStringLiteral("Thing")}, {{QStringLiteral("f"), QVariant::fromValue(row.value)}});
-        const Opened opened(copy.archive(QStringLiteral("root"), thing));
-        const auto field = opened.root.decodeObject(QLatin1StringView("f"));
-        EXPECT_EQ(field.text().has_value(), row.text);
-        EXPECT_EQ(field.date().has_value(), row.date);
-        EXPECT_EQ(field.entries().has_value(), row.list);
+        const auto thing = copy.object({u"Thing"_s}, {{u"f"_s, QVariant::fromValue(value)}});
+        const Opened opened(copy.archive(u"root"_s, thing));
+        const auto field = opened.root.decodeObject("f"_L1);
+        EXPECT_EQ(field.text().has_value(), text);
+        EXPECT_EQ(field.date().has_value(), date);
+        EXPECT_EQ(field.entries().has_value(), list);
     }
 }
 
 TEST(KeyedArchiveTest, NestedCollectionsBecomeVariants)
 {
     ArchiveMaker maker;
-    const auto monday = maker.add(QStringLiteral("Mon"));
-    const auto data = maker.object({QStringLiteral("NSMutableData"), QStringLiteral("NSData")},
-                                   {{QStringLiteral("NS.data"), QByteArray("\x01")}});
-    const auto other = maker.object({QStringLiteral("Alien")}, {});
-    const auto map =
-        maker.object({QStringLiteral("NSDictionary"), QStringLiteral("NSObject")},
-                     {{QStringLiteral("NS.keys"), QVariantList{QVariant::fromValue(monday), ref(0)}},
-                      {QStringLiteral("NS.objects"), QVariantList{QVariant::fromValue(data), ref(0)}}});
+    const auto monday = maker.add(u"Mon"_s);
+    const auto data = maker.object({u"NSMutableData"_s, u"NSData"_s}, {{u"NS.data"_s, QByteArray("\x01")}});
+    const auto other = maker.object({u"Alien"_s}, {});
+    const auto map = maker.object({u"NSDictionary"_s, u"NSObject"_s},
+                                  {{u"NS.keys"_s, QVariantList{QVariant::fromValue(monday), ref(0)}},
+                                   {u"NS.objects"_s, QVariantList{QVariant::fromValue(data), ref(0)}}});
     const auto list =
         maker.array({monday, maker.add(2), maker.add(true), uid(0), other, map, maker.array({}), uid(500)});
-    const Opened opened(maker.archive(QStringLiteral("root"), list));
-    const QVariantList expected{QStringLiteral("Mon"),
-                                2LL,
-                                true,
-                                QVariant(),
-                                QVariant(),
-                                QVariantMap{{QStringLiteral("Mon"), QByteArray("\x01")}},
-                                QVariantList(),
-                                QVariant()};
+    const Opened opened(maker.archive(u"root"_s, list));
+    const QVariantList expected{u"Mon"_s,       2LL,        true,
+                                QVariant(),     QVariant(), QVariantMap{{u"Mon"_s, QByteArray("\x01")}},
+                                QVariantList(), QVariant()};
     EXPECT_EQ(opened.root.toVariant(), QVariant(expected));
 }
 
 TEST(KeyedArchiveTest, RefusesWhatIsNoArchive)
 {
     ArchiveMaker maker;
-    const auto thing = maker.add(QStringLiteral("x"));
-    const auto whole = PropertyList::parse(maker.archive(QStringLiteral("root"), thing))->toMap();
-    ASSERT_TRUE(KeyedArchive::open(PropertyList::serialize(whole, PropertyList::Format::Binary).value()));
-    const struct {
-        const char *name, *key;
-        QVariant value;
-    } rows[] = {
-        {"another archiver", "$archiver", QStringLiteral("NSArchiver")},
+    const auto thing = maker.add(u"x"_s);
+    const auto whole = PropertyList::parse(maker.archive(u"root"_s, thing))->toMap();
+    const auto opens = [](const QVariantMap &list) {
+        return KeyedArchive::open(PropertyList::serialize(list, PropertyList::Format::Binary).value())
+            .has_value();
+    };
+    ASSERT_TRUE(opens(whole));
+    const std::tuple<const char *, const char *, QVariant> rows[] = {
+        {"another archiver", "$archiver", u"NSArchiver"_s},
         {"archiver is no text", "$archiver", 1},
         {"another version", "$version", 100001},
-        {"version is text", "$version", QStringLiteral("100000")},
+        {"version is text", "$version", u"100000"_s},
         {"objects are no array", "$objects", QVariantMap()},
         {"top is no dictionary", "$top", QVariantList()},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, key, value] : rows) {
+        SCOPED_TRACE(name);
         auto damaged = whole;
-        damaged.insert(QString::fromLatin1(row.key), row.value);
-        EXPECT_FALSE(
-            KeyedArchive::open(PropertyList::serialize(damaged, PropertyList::Format::Binary).value()));
-        damaged.remove(QString::fromLatin1(row.key));
-        EXPECT_FALSE(
-            KeyedArchive::open(PropertyList::serialize(damaged, PropertyList::Format::Binary).value()));
+        damaged.insert(QString::fromLatin1(key), value);
+        EXPECT_FALSE(opens(damaged));
+        damaged.remove(QString::fromLatin1(key));
+        EXPECT_FALSE(opens(damaged));
     }
     EXPECT_FALSE(KeyedArchive::open({}));
     EXPECT_FALSE(KeyedArchive::open("bplist00"));
@@ -245,11 +219,11 @@ TEST(KeyedArchiveTest, RefusesWhatIsNoArchive)
 TEST(KeyedArchiveTest, CyclesEnd)
 {
     ArchiveMaker maker;
-    const auto text = maker.add(QStringLiteral("x"));
+    const auto text = maker.add(u"x"_s);
     const auto next = maker.array({uid(4), text}); // stands at 2, its class at 3; holds the one that follows
     const auto last = maker.array({next});
     ASSERT_EQ(last, uid(4));
-    const Opened opened(maker.archive(QStringLiteral("root"), last));
+    const Opened opened(maker.archive(u"root"_s, last));
     auto level = opened.root.toVariant();
     int depth = 0;
     for (; level.typeId() == QMetaType::QVariantList && !level.toList().isEmpty(); ++depth)
@@ -264,7 +238,7 @@ TEST(KeyedArchiveTest, RepeatedReferencesRunIntoTheBudget)
     auto level = maker.add(QString(10'000, u'x'));
     for (int i = 0; i < 30; ++i)
         level = maker.array({level, level});
-    const Opened opened(maker.archive(QStringLiteral("root"), level));
+    const Opened opened(maker.archive(u"root"_s, level));
     std::ignore = opened.root.toVariant();
     EXPECT_TRUE(opened.archive->isExhausted());
 }
@@ -272,10 +246,9 @@ TEST(KeyedArchiveTest, RepeatedReferencesRunIntoTheBudget)
 TEST(KeyedArchiveTest, DamagedBytesGiveAnAnswer)
 {
     ArchiveMaker maker;
-    const auto item = maker.object({QStringLiteral("Thing"), QStringLiteral("NSObject")},
-                                   {{QStringLiteral("f"), QVariant::fromValue(maker.date(1.5))}});
-    const auto whole =
-        maker.archive(QStringLiteral("root"), maker.array({item, maker.add(QStringLiteral("é")), item}));
+    const auto item =
+        maker.object({u"Thing"_s, u"NSObject"_s}, {{u"f"_s, QVariant::fromValue(maker.date(1.5))}});
+    const auto whole = maker.archive(u"root"_s, maker.array({item, maker.add(u"é"_s), item}));
     for (qsizetype length = 0; length < whole.size(); ++length)
         EXPECT_FALSE(KeyedArchive::open(whole.first(length))) << length;
     std::mt19937 random(20261122); // fixed, so that a failure comes again

@@ -1,8 +1,7 @@
 #include "Platform/SocketOwner.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
+#include <QTcpServer>
+
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -18,43 +17,12 @@ QByteArray line(const char *local, const char *state, const char *user)
            " 00000000:00000000 00:00000000 00000000  " + user +
            "        0 12345 1 0000000000000000 100 0 0 10 0\n";
 }
-
-/// A socket that listens at a free port of the address.
-class Listener
-{
-public:
-    explicit Listener(int family, const char *address) : m_socket(socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    {
-        sockaddr_storage place{};
-        place.ss_family = static_cast<sa_family_t>(family);
-        void *to = family == AF_INET ? static_cast<void *>(&reinterpret_cast<sockaddr_in *>(&place)->sin_addr)
-                                     : &reinterpret_cast<sockaddr_in6 *>(&place)->sin6_addr;
-        inet_pton(family, address, to);
-        auto *name = reinterpret_cast<sockaddr *>(&place);
-        socklen_t size = family == AF_INET ? sizeof(sockaddr_in) : sizeof(sockaddr_in6);
-        m_listens = bind(m_socket, name, size) == 0 && listen(m_socket, 1) == 0 &&
-                    getsockname(m_socket, name, &size) == 0;
-        m_port = ntohs(reinterpret_cast<sockaddr_in *>(&place)->sin_port); // at the same place in both families
-    }
-    ~Listener() { close(m_socket); }
-    [[nodiscard]] bool listens() const { return m_listens; }
-    [[nodiscard]] quint16 port() const { return m_port; }
-
-private:
-    int m_socket;
-    bool m_listens = false;
-    quint16 m_port = 0;
-};
 } // namespace
 
 // The addresses are those of a little-endian machine.
 TEST(SocketOwner, ReadsTheKernelsTables)
 {
-    const struct {
-        const char *name;
-        QByteArray tcp, tcp6;
-        std::optional<uid_t> owner;
-    } rows[] = {
+    const std::tuple<const char *, QByteArray, QByteArray, std::optional<uid_t>> rows[] = {
         {"loopback", line("0100007F:1F90", "0A", "1000"), "", 1000},
         {"any address", line("00000000:1F90", "0A", "0"), "", 0},
         {"loopback before any", line("00000000:1F90", "0A", "7") + line("0100007F:1F90", "0A", "8"), "", 8},
@@ -74,24 +42,22 @@ TEST(SocketOwner, ReadsTheKernelsTables)
         {"cut", line("0100007F:1F90", "0A", "7").left(60), "", {}},
         {"nothing", "", "", {}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(SocketOwner::ownerInTables(Head + row.tcp, Head + row.tcp6, 8080), row.owner);
-    }
+    for (const auto &[name, tcp, tcp6, owner] : rows)
+        EXPECT_EQ(SocketOwner::ownerInTables(Head + tcp, Head + tcp6, 8080), owner) << name;
 }
 
 TEST(SocketOwner, FindsAListenerOfOurOwn)
 {
-    for (const auto &[family, address, isFound] :
-         {std::tuple(AF_INET, "127.0.0.1", true), std::tuple(AF_INET, "0.0.0.0", true),
-          std::tuple(AF_INET6, "::ffff:127.0.0.1", true), std::tuple(AF_INET6, "::", true),
-          std::tuple(AF_INET6, "::1", false)}) {
+    const std::pair<const char *, bool> rows[] = {
+        {"127.0.0.1", true}, {"0.0.0.0", true}, {"::ffff:127.0.0.1", true}, {"::", true}, {"::1", false}};
+    for (const auto &[address, isFound] : rows) {
         SCOPED_TRACE(address);
-        const Listener listener(family, address);
-        if (family == AF_INET6 && !listener.listens())
+        QTcpServer listener;
+        const QHostAddress place(QString::fromLatin1(address));
+        if (!listener.listen(place) && QByteArray(address).contains(':'))
             continue; // a machine without IPv6
-        ASSERT_TRUE(listener.listens());
-        EXPECT_EQ(SocketOwner::listenerOwner(listener.port()),
+        ASSERT_TRUE(listener.isListening());
+        EXPECT_EQ(SocketOwner::listenerOwner(listener.serverPort()),
                   isFound ? std::optional(getuid()) : std::nullopt);
     }
 }

@@ -1,54 +1,30 @@
 // What the program finds beside itself once it is built: the property lists and the language tables.
 
-#include <QFile>
-#include <QHash>
+#include "Platform/PropertyList.h"
+
 #include <QTranslator>
 #include <gtest/gtest.h>
-#include <plist/plist.h>
 
-#include <cstdlib>
-#include <memory>
+using namespace Qt::StringLiterals;
 
 namespace
 {
 const QString resources = QStringLiteral(CORVANE_RESOURCES "/");
 
-/// The texts of a flat property list; a value of another type is a fault of the file.
-QHash<QString, QString> texts(const QString &name)
+/// A flat property list of texts; a value of another type is a fault of the file.
+QVariantMap texts(const QString &name)
 {
-    QFile file(resources + name);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(file.fileName());
-    const QByteArray bytes = file.readAll();
-    plist_t root = nullptr;
-    plist_from_memory(bytes.constData(), uint32_t(bytes.size()), &root);
-    const std::unique_ptr<void, decltype(&plist_free)> owner(root, &plist_free);
-    QHash<QString, QString> result;
-    if (plist_get_node_type(root) != PLIST_DICT) {
-        ADD_FAILURE() << qPrintable(name) << " is no dictionary";
-        return result;
-    }
-    plist_dict_iter iterator = nullptr;
-    plist_dict_new_iter(root, &iterator);
-    char *key = nullptr;
-    plist_t value = nullptr;
-    for (plist_dict_next_item(root, iterator, &key, &value); key;
-         plist_dict_next_item(root, iterator, &key, &value)) {
-        EXPECT_EQ(plist_get_node_type(value), PLIST_STRING) << key;
-        uint64_t length = 0;
-        const char *text = plist_get_string_ptr(value, &length);
-        result.insert(QString::fromUtf8(key), QString::fromUtf8(text, qsizetype(length)));
-        std::free(key);
-    }
-    std::free(iterator);
-    return result;
+    const auto list = PropertyList::readDictionary(resources + name).value_or(QVariantMap());
+    EXPECT_FALSE(list.isEmpty()) << qPrintable(name);
+    for (auto entry = list.cbegin(); entry != list.cend(); ++entry)
+        EXPECT_EQ(entry->typeId(), QMetaType::QString) << qPrintable(entry.key());
+    return list;
 }
 } // namespace
 
 TEST(ResourceTables, HoldWhatOtherProgramsRelyOn)
 {
-    const struct {
-        const char *file, *key, *value;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *> rows[] = {
         {"Info.plist", "CFBundleIdentifier", "com.halvernet.CorvaneMonitor"},
         {"Info.plist", "CFBundleShortVersionString", "9.2.1"},
         {"Localizable.plist", "TCPPortFile", "~/.local/share/Corvane/TCPPort.plist"},
@@ -60,34 +36,31 @@ TEST(ResourceTables, HoldWhatOtherProgramsRelyOn)
         {"MonitorMessages.plist", "T1001", "All files are up to date"},
         {"Deployment.plist", "ServerTrust", "evaluated"},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.key);
-        const QHash<QString, QString> table = texts(QString::fromUtf8(row.file));
-        EXPECT_EQ(table.value(QString::fromUtf8(row.key)), QString::fromUtf8(row.value));
+    for (const auto &[file, key, value] : rows) {
+        SCOPED_TRACE(key);
+        const QVariantMap table = texts(QString::fromUtf8(file));
+        EXPECT_EQ(table.value(QString::fromUtf8(key)), QString::fromUtf8(value));
     }
 }
 
 TEST(ResourceTables, ThePrivateKeyLiesInTheFolderOfTheAccount)
 {
-    const QHash<QString, QString> table = texts(QStringLiteral("Localizable.plist"));
+    const QVariantMap table = texts(u"Localizable.plist"_s);
     // Its name is also put together from the root folder and the account name, with nothing between the two.
-    EXPECT_EQ(table.value(QStringLiteral("EncKeyPath")),
-              table.value(QStringLiteral("ApplicationRootFolderPath")) + QStringLiteral("%@/K3M7Q2T9V4X6B1D8"));
+    EXPECT_EQ(table.value(u"EncKeyPath"_s),
+              table.value(u"ApplicationRootFolderPath"_s).toString() + u"%@/K3M7Q2T9V4X6B1D8"_s);
 }
 
 TEST(ResourceTables, TheProxyFormWritesTheFileThatTheConnectionsRead)
 {
-    const QHash<QString, QString> table = texts(QStringLiteral("Localizable.plist"));
-    QString edited = table.value(QStringLiteral("ProxySettingFilePath"));
-    EXPECT_EQ(edited.replace(QStringLiteral("%@"), QStringLiteral("setting.plist")),
-              table.value(QStringLiteral("ProxySetting")));
+    const QVariantMap table = texts(u"Localizable.plist"_s);
+    QString edited = table.value(u"ProxySettingFilePath"_s).toString();
+    EXPECT_EQ(edited.replace(u"%@"_s, u"setting.plist"_s), table.value(u"ProxySetting"_s));
 }
 
 TEST(LanguageTables, AnswerWithTheSentenceOfTheLanguage)
 {
-    const struct {
-        const char *name, *language, *key, *text;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *, const char *> rows[] = {
         {"English is itself", "en", "Paused", "Paused"},
         {"plain", "es", "Paused", "En pausa"},
         {"plain", "ja", "Paused", "一時停止中"},
@@ -101,26 +74,10 @@ TEST(LanguageTables, AnswerWithTheSentenceOfTheLanguage)
         {"leading blank", "es", " Pause", " Pausar"},
         {"unknown", "es", "Nobody says this", ""},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(testing::Message() << row.name << ", " << row.language);
+    for (const auto &[name, language, key, text] : rows) {
+        SCOPED_TRACE(testing::Message() << name << ", " << language);
         QTranslator table;
-        ASSERT_TRUE(
-            table.load(resources + QString::fromUtf8(row.language) + QStringLiteral(".lproj/Localizable.qm")));
-        EXPECT_EQ(table.translate("Localizable", row.key), QString::fromUtf8(row.text));
-    }
-}
-
-TEST(LanguageTables, KnowEveryMessageOfTheDaemons)
-{
-    const QHash<QString, QString> messages = texts(QStringLiteral("MonitorMessages.plist"));
-    EXPECT_GT(messages.size(), 50);
-    for (const char *language : {"en", "es", "ja"}) {
-        SCOPED_TRACE(language);
-        QTranslator table;
-        ASSERT_TRUE(
-            table.load(resources + QString::fromUtf8(language) + QStringLiteral(".lproj/Localizable.qm")));
-        for (auto message = messages.cbegin(); message != messages.cend(); ++message)
-            EXPECT_FALSE(table.translate("Localizable", message->toUtf8().constData()).isEmpty())
-                << qPrintable(message.key());
+        ASSERT_TRUE(table.load(resources + QString::fromUtf8(language) + u".lproj/Localizable.qm"_s));
+        EXPECT_EQ(table.translate("Localizable", key), QString::fromUtf8(text));
     }
 }

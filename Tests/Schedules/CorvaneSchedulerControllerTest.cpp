@@ -3,16 +3,17 @@
 #include "Platform/AtomicFile.h"
 #include "Tests/Platform/ArchiveMaker.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 struct World : SchedulerRole {
-    std::optional<QString> account = QStringLiteral("ann");
-    std::optional<QString> login = QStringLiteral("login");
+    std::optional<QString> account = u"ann"_s;
+    std::optional<QString> login = u"login"_s;
     bool engine = false;
     std::optional<QString> path;
 
@@ -28,7 +29,7 @@ class SchedulerTest : public testing::Test
 protected:
     SchedulerTest()
     {
-        m_world.path = m_home.filePath(QStringLiteral("schedules"));
+        m_world.path = m_home.filePath(u"schedules"_s);
         m_scheduler.mainController = &m_world;
     }
 
@@ -36,10 +37,10 @@ protected:
     PropertyListUid record(int minutes, QVariantMap fields)
     {
         constexpr double Noon = 817041600; // 2026-11-22 12:00 UTC, from 2001-01-01
-        fields.insert(QStringLiteral("scheduleTime"), QVariant::fromValue(m_maker.date(Noon + 60.0 * minutes)));
-        fields.insert(QStringLiteral("corvaneUserName"), QStringLiteral("ann"));
-        fields.insert(QStringLiteral("username"), QStringLiteral("eng: login"));
-        fields.insert(QStringLiteral("profileName"), QStringLiteral("login"));
+        fields.insert(u"scheduleTime"_s, QVariant::fromValue(m_maker.date(Noon + 60.0 * minutes)));
+        fields.insert(u"corvaneUserName"_s, u"ann"_s);
+        fields.insert(u"username"_s, u"eng: login"_s);
+        fields.insert(u"profileName"_s, u"login"_s);
         return m_maker.record(fields);
     }
 
@@ -54,8 +55,8 @@ protected:
     CorvaneSchedulerController m_scheduler;
 };
 
-const QString Frequency = QStringLiteral("frequency");
-const QString Status = QStringLiteral("status");
+const QString Frequency = u"frequency"_s;
+const QString Status = u"status"_s;
 } // namespace
 
 TEST_F(SchedulerTest, AnswersFollowTheFile)
@@ -67,13 +68,13 @@ TEST_F(SchedulerTest, AnswersFollowTheFile)
     EXPECT_EQ(m_scheduler.nextScheduledItem()->scheduleTime, m_world.now().addSecs(30 * 60));
     EXPECT_EQ(m_scheduler.getImmediateScheduledItem()->scheduleTime, m_world.now().addSecs(5 * 60));
     EXPECT_EQ(m_scheduler.corvaneSchedulerDetailsForAllUsers()->size(), 3U);
-    EXPECT_EQ(m_scheduler.corvaneSchedulerDetails(QStringLiteral("eng: login")).size(), 3U);
-    EXPECT_TRUE(m_scheduler.hasScheduledOnlineBackup(QStringLiteral("ann")));
-    EXPECT_FALSE(m_scheduler.hasScheduledOnlineBackup(QStringLiteral("bob")));
+    EXPECT_EQ(m_scheduler.corvaneSchedulerDetails(u"eng: login"_s).size(), 3U);
+    EXPECT_TRUE(m_scheduler.hasScheduledOnlineBackup(u"ann"_s));
+    EXPECT_FALSE(m_scheduler.hasScheduledOnlineBackup(u"bob"_s));
 
     m_world.account.reset();
     EXPECT_FALSE(m_scheduler.nextScheduledItem());
-    m_world.account = QStringLiteral("ann");
+    m_world.account = u"ann"_s;
 
     store({record(10, {{Frequency, 2}})});
     EXPECT_EQ(m_scheduler.nextScheduledItem()->scheduleTime, m_world.now().addSecs(10 * 60));
@@ -83,31 +84,29 @@ TEST_F(SchedulerTest, AnswersFollowTheFile)
     EXPECT_FALSE(m_scheduler.nextScheduledItem());
     m_scheduler.mainController = nullptr;
     EXPECT_FALSE(m_scheduler.nextScheduledItem());
-    EXPECT_FALSE(m_scheduler.hasScheduledOnlineBackup(QStringLiteral("ann")));
+    EXPECT_FALSE(m_scheduler.hasScheduledOnlineBackup(u"ann"_s));
 }
 
 TEST_F(SchedulerTest, RunningJobTellsWhoseAndWhich)
 {
-    const auto running = [this](int type) {
-        return record(0, {{Status, 1}, {QStringLiteral("scheduleType"), type}});
-    };
+    const auto running = [this](int type) { return record(0, {{Status, 1}, {u"scheduleType"_s, type}}); };
     EXPECT_EQ(m_scheduler.currentscheduleuser, std::nullopt);
-    store({m_maker.add(QStringLiteral("no item")), record(0, {}), running(1)});
+    store({m_maker.add(u"no item"_s), record(0, {}), running(1)});
     EXPECT_TRUE(m_scheduler.isScheduleBackupInProgress());
-    EXPECT_EQ(m_scheduler.currentscheduleuser, QStringLiteral("ann"));
+    EXPECT_EQ(m_scheduler.currentscheduleuser, u"ann"_s);
     EXPECT_EQ(m_scheduler.currentScheduleType, QNXScheduleType::restore);
 
     m_world.engine = true;
     store({running(0)});
     EXPECT_TRUE(m_scheduler.isScheduleBackupInProgress());
-    EXPECT_EQ(m_scheduler.currentscheduleuser, QStringLiteral("eng"));
+    EXPECT_EQ(m_scheduler.currentscheduleuser, u"eng"_s);
     EXPECT_EQ(m_scheduler.currentScheduleType, QNXScheduleType::backup);
 
     store({record(0, {})}); // the job has ended, others remain
     EXPECT_FALSE(m_scheduler.isScheduleBackupInProgress());
-    EXPECT_EQ(m_scheduler.currentscheduleuser, QStringLiteral("eng"));
+    EXPECT_EQ(m_scheduler.currentscheduleuser, u"eng"_s);
 
     store({});
     EXPECT_FALSE(m_scheduler.isScheduleBackupInProgress());
-    EXPECT_EQ(m_scheduler.currentscheduleuser, QString(QStringLiteral("")));
+    EXPECT_EQ(m_scheduler.currentscheduleuser, QString(u""_s));
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 const QDateTime Now(QDate(2026, 11, 22), QTime(12, 0, 0, 500), Qt::UTC);
@@ -10,8 +12,8 @@ CorvaneScheduleItem job(const char *name, qint64 secondsAhead, QNXFrequency freq
 {
     CorvaneScheduleItem item;
     item.destination = QString::fromLatin1(name); // what the rows below tell the jobs apart by
-    item.profileName = QStringLiteral("login");
-    item.corvaneUsername = QStringLiteral("ann");
+    item.profileName = u"login"_s;
+    item.corvaneUsername = u"ann"_s;
     item.frequency = frequency;
     item.scheduleTime = Now.addSecs(secondsAhead);
     return item;
@@ -24,24 +26,19 @@ CorvaneScheduleItem changed(CorvaneScheduleItem item, Change change)
     return item;
 }
 
-const ScheduleOwner Owner{QStringLiteral("login"), QStringLiteral("ann")};
+const ScheduleOwner Owner{u"login"_s, u"ann"_s};
 } // namespace
 
 TEST(ScheduleRulesTest, NextJobIsTheLeastInSignedMinutes)
 {
-    const auto otherLogin =
-        changed(job("other login", 60), [](auto &j) { j.profileName = QStringLiteral("bob"); });
+    const auto otherLogin = changed(job("other login", 60), [](auto &j) { j.profileName = u"bob"_s; });
     const auto noLogin = changed(job("no login", 60), [](auto &j) { j.profileName.reset(); });
     const auto otherAccount = changed(job("other account", 60), [](auto &j) { j.corvaneUsername.reset(); });
     const auto undated = changed(job("undated", 60), [](auto &j) { j.scheduleTime.reset(); });
     const auto unsetFrequency = changed(job("unset", 60), [](auto &j) { j.frequency.reset(); });
     const auto late = job("late", 5400);
     const auto once = [](qint64 seconds) { return job("once", seconds, QNXFrequency::once); };
-    const struct {
-        const char *name;
-        ScheduleRecords records;
-        const char *next;
-    } rows[] = {
+    const std::tuple<const char *, ScheduleRecords, const char *> rows[] = {
         {"none", {}, nullptr},
         {"the sooner, first in the file", {job("soon", 1800), late}, "soon"},
         {"the sooner, last in the file", {late, job("soon", 1800)}, "soon"},
@@ -57,22 +54,21 @@ TEST(ScheduleRulesTest, NextJobIsTheLeastInSignedMinutes)
         {"unset frequency counts as dated", {late, unsetFrequency}, "unset"},
         {"entry that is no item", {late, std::nullopt}, nullptr},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const auto *next = nextScheduledItem(row.records, Now, Owner);
-        const auto name = next ? next->destination->toLatin1() : QByteArray();
-        EXPECT_STREQ(next ? name.constData() : nullptr, row.next);
+    for (const auto &[name, records, wanted] : rows) {
+        const auto *next = nextScheduledItem(records, Now, Owner);
+        EXPECT_EQ(next ? next->destination : std::nullopt,
+                  wanted ? std::optional(QString::fromLatin1(wanted)) : std::nullopt)
+            << name;
     }
     const ScheduleRecords records{late, noLogin};
-    const auto *ofNobody = nextScheduledItem(records, Now, {std::nullopt, QStringLiteral("ann")});
+    const auto *ofNobody = nextScheduledItem(records, Now, {std::nullopt, u"ann"_s});
     ASSERT_TRUE(ofNobody);
     EXPECT_EQ(ofNobody->destination, u"no login");
 }
 
 TEST(ScheduleRulesTest, ImmediateJobIsTheFirstOfWhateverUser)
 {
-    const auto others =
-        changed(job("bob's", 0, QNXFrequency::once), [](auto &j) { j.profileName = QStringLiteral("bob"); });
+    const auto others = changed(job("bob's", 0, QNXFrequency::once), [](auto &j) { j.profileName = u"bob"_s; });
     const ScheduleRecords records{job("daily", 0), others, job("ann's", 0, QNXFrequency::once)};
     const auto *found = immediateScheduledItem(records);
     ASSERT_TRUE(found);
@@ -94,24 +90,21 @@ TEST(ScheduleRulesTest, RunningJobIsFoundPastOtherEntries)
 
 TEST(ScheduleRulesTest, AccountOfAJob)
 {
-    const struct {
-        const char *name;
-        std::optional<QString> username, corvaneUsername;
-        const char *engine, *other;
-    } rows[] = {
-        {"both", QStringLiteral("eng: login"), QStringLiteral("ann"), "eng", "ann"},
-        {"two separators", QStringLiteral("eng: a: b"), std::nullopt, "eng", ""},
-        {"no blank", QStringLiteral("eng:login"), QStringLiteral("ann"), "eng:login", "ann"},
-        {"nothing before it", QStringLiteral(": login"), QStringLiteral("ann"), "", "ann"},
-        {"unset", std::nullopt, std::nullopt, "", ""},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    const std::tuple<const char *, std::optional<QString>, std::optional<QString>, const char *, const char *>
+        rows[] = {
+            {"both", u"eng: login"_s, u"ann"_s, "eng", "ann"},
+            {"two separators", u"eng: a: b"_s, std::nullopt, "eng", ""},
+            {"no blank", u"eng:login"_s, u"ann"_s, "eng:login", "ann"},
+            {"nothing before it", u": login"_s, u"ann"_s, "", "ann"},
+            {"unset", std::nullopt, std::nullopt, "", ""},
+        };
+    for (const auto &[name, username, corvaneUsername, engine, other] : rows) {
+        SCOPED_TRACE(name);
         CorvaneScheduleItem item;
-        item.username = row.username;
-        item.corvaneUsername = row.corvaneUsername;
-        EXPECT_EQ(scheduleAccount(item, true).toStdString(), row.engine);
-        EXPECT_EQ(scheduleAccount(item, false).toStdString(), row.other);
+        item.username = username;
+        item.corvaneUsername = corvaneUsername;
+        EXPECT_EQ(scheduleAccount(item, true).toStdString(), engine);
+        EXPECT_EQ(scheduleAccount(item, false).toStdString(), other);
     }
 }
 
@@ -122,7 +115,7 @@ TEST(ScheduleRulesTest, JobsOfAUserByTheWholeText)
     };
     const ScheduleRecords records{owned("1", "ann: login"), std::nullopt, job("unset", 0),
                                   owned("2", "ann: log"), owned("3", "ann: login")};
-    const auto items = schedulesOfUser(records, QStringLiteral("ann: login"));
+    const auto items = schedulesOfUser(records, u"ann: login"_s);
     ASSERT_EQ(items.size(), 2U);
     EXPECT_EQ(items[0].destination, u"1");
     EXPECT_EQ(items[1].destination, u"3");
@@ -135,22 +128,14 @@ TEST(ScheduleRulesTest, OnlineBackupOfAnOwner)
         return changed(job("x", 0), [&](auto &j) { j.backupType = type; });
     };
     const auto online = typed(QNXBackupType::onlineBackup);
-    const struct {
-        const char *name;
-        ScheduleRecords records;
-        bool found;
-    } rows[] = {
+    const std::tuple<const char *, ScheduleRecords, bool> rows[] = {
         {"none", {}, false},
         {"after others", {typed(QNXBackupType::localBackup), typed({}), online}, true},
         {"of another login", {changed(online, [](auto &j) { j.profileName.reset(); })}, false},
-        {"of another account",
-         {changed(online, [](auto &j) { j.corvaneUsername = QStringLiteral("bob"); })},
-         false},
+        {"of another account", {changed(online, [](auto &j) { j.corvaneUsername = u"bob"_s; })}, false},
         {"before an entry that is no item", {online, std::nullopt}, true},
         {"after an entry that is no item", {std::nullopt, online}, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(hasOnlineBackup(row.records, Owner), row.found);
-    }
+    for (const auto &[name, records, found] : rows)
+        EXPECT_EQ(hasOnlineBackup(records, Owner), found) << name;
 }

@@ -4,31 +4,27 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
 using Kind = BackupTip::Kind;
 
 TEST(ScheduleStatusRulesTest, FilesAreComparedWhole)
 {
-    const struct {
-        std::optional<QString> content;
-        ScheduleSwitch jobs;
-        bool paused;
-        std::optional<ScheduleMenu> menu;
-    } rows[] = {
+    const std::tuple<std::optional<QString>, ScheduleSwitch, bool, std::optional<ScheduleMenu>> rows[] = {
         {std::nullopt, ScheduleSwitch::Enabled, false, std::nullopt},
         {QString(), ScheduleSwitch::Enabled, false, ScheduleMenu{false, true}},
-        {QStringLiteral("0"), ScheduleSwitch::Disabled, false, ScheduleMenu{true, false}},
-        {QStringLiteral("0\n"), ScheduleSwitch::Enabled, false, ScheduleMenu{false, true}},
-        {QStringLiteral("1"), ScheduleSwitch::Enabled, true, ScheduleMenu{false, true}},
-        {QStringLiteral("1\n"), ScheduleSwitch::Enabled, false, ScheduleMenu{false, true}},
-        {QStringLiteral("2"), ScheduleSwitch::JobPaused, false, ScheduleMenu{false, true}},
-        {QStringLiteral("true"), ScheduleSwitch::Enabled, true, ScheduleMenu{false, true}},
-        {QStringLiteral("True"), ScheduleSwitch::Enabled, false, ScheduleMenu{false, true}},
+        {u"0"_s, ScheduleSwitch::Disabled, false, ScheduleMenu{true, false}},
+        {u"0\n"_s, ScheduleSwitch::Enabled, false, ScheduleMenu{false, true}},
+        {u"1"_s, ScheduleSwitch::Enabled, true, ScheduleMenu{false, true}},
+        {u"1\n"_s, ScheduleSwitch::Enabled, false, ScheduleMenu{false, true}},
+        {u"2"_s, ScheduleSwitch::JobPaused, false, ScheduleMenu{false, true}},
+        {u"true"_s, ScheduleSwitch::Enabled, true, ScheduleMenu{false, true}},
+        {u"True"_s, ScheduleSwitch::Enabled, false, ScheduleMenu{false, true}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(qPrintable(row.content.value_or(QStringLiteral("no file"))));
-        EXPECT_EQ(scheduleSwitch(row.content), row.jobs);
-        EXPECT_EQ(isPauseMarker(row.content), row.paused);
-        EXPECT_EQ(scheduleMenu(row.content), row.menu);
+    for (const auto &[content, jobs, paused, menu] : rows) {
+        SCOPED_TRACE(qPrintable(content.value_or(u"no file"_s)));
+        EXPECT_EQ(scheduleSwitch(content), jobs);
+        EXPECT_EQ(isPauseMarker(content), paused);
+        EXPECT_EQ(scheduleMenu(content), menu);
     }
     EXPECT_EQ(scheduleSwitchContent(ScheduleSwitch::Disabled), u"0");
     EXPECT_EQ(scheduleSwitchContent(ScheduleSwitch::Enabled), u"1");
@@ -46,7 +42,7 @@ TEST(ScheduleStatusRulesTest, BackupLine)
     running.status = QNXStatus::inProgress;
     auto undated = dated;
     undated.scheduleTime.reset();
-    const BackupTip next{Kind::Next, QStringLiteral("11-22-2026 09:05")};
+    const BackupTip next{Kind::Next, u"11-22-2026 09:05"_s};
 
     EXPECT_EQ(tipForNextJob(nullptr, locale).kind, Kind::NoJobs);
     EXPECT_EQ(tipForNextJob(&undated, locale).kind, Kind::NoJobs);
@@ -54,11 +50,7 @@ TEST(ScheduleStatusRulesTest, BackupLine)
     EXPECT_EQ(tipForNextJob(&dated, locale), next);
 
     const auto disabled = ScheduleSwitch::Disabled;
-    const struct {
-        const char *name;
-        BackupTipInputs in;
-        BackupTip tip;
-    } rows[] = {
+    const std::tuple<const char *, BackupTipInputs, BackupTip> rows[] = {
         {"nothing planned", {}, {Kind::NoJobs, {}}},
         {"next job", {.next = &dated}, next},
         {"next job while one is marked paused", {.jobs = ScheduleSwitch::JobPaused, .next = &dated}, next},
@@ -73,8 +65,6 @@ TEST(ScheduleStatusRulesTest, BackupLine)
          {Kind::Paused, {}}},
         {"pause marker without a job", {.runningJobIsPaused = true, .next = &dated}, next},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(tipForSchedules(row.in, locale), row.tip);
-    }
+    for (const auto &[name, in, tip] : rows)
+        EXPECT_EQ(tipForSchedules(in, locale), tip) << name;
 }

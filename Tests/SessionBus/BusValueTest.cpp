@@ -11,11 +11,7 @@ using namespace Qt::StringLiterals;
 
 TEST(BusValue, NotificationsCarryTheirFiveKindsAndNothingElse)
 {
-    const struct {
-        const char *name;
-        QVariant given;
-        QVariant kept;
-    } rows[] = {
+    const std::tuple<const char *, QVariant, QVariant> rows[] = {
         {"text", u"EnableSync"_s, u"EnableSync"_s},
         {"empty text", QString(), QString()},
         {"truth", true, true},
@@ -32,11 +28,11 @@ TEST(BusValue, NotificationsCarryTheirFiveKindsAndNothingElse)
         {"a dictionary with one bad entry", QVariantMap{{u"good"_s, 1}, {u"bad"_s, 1.5}},
          QVariantMap{{u"good"_s, 1}}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const QVariant kept = BusValue::notificationDetails({{u"key"_s, row.given}}).value(u"key"_s);
-        EXPECT_EQ(kept, row.kept);
-        EXPECT_EQ(kept.typeId(), row.kept.typeId());
+    for (const auto &[name, given, expected] : rows) {
+        SCOPED_TRACE(name);
+        const QVariant kept = BusValue::notificationDetails({{u"key"_s, given}}).value(u"key"_s);
+        EXPECT_EQ(kept, expected);
+        EXPECT_EQ(kept.typeId(), expected.typeId());
     }
 }
 

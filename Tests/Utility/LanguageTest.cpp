@@ -8,17 +8,19 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 QVariantMap languages(const QVariant &list)
 {
-    return {{QStringLiteral("AppleLanguages"), list}};
+    return {{u"AppleLanguages"_s, list}};
 }
 
 /// A manager over a preferences file of its own.
 struct Fixture {
     TemporaryHome home;
-    QString file = home.path(QStringLiteral("preferences.plist"));
+    QString file = home.path(u"preferences.plist"_s);
 
     [[nodiscard]] QVariantMap stored() const
     {
@@ -29,75 +31,62 @@ struct Fixture {
 
 TEST(Language, OfTheFirstStart)
 {
-    const QVariantMap older{{QStringLiteral("logsFrom"), 7LL}};
-    const struct {
-        const char *name;
-        std::optional<QVariantMap> stored;
-        QString system, expected;
-    } rows[] = {
-        {"first run, spoken", std::nullopt, QStringLiteral("es"), QStringLiteral("es")},
-        {"first run, not spoken", std::nullopt, QStringLiteral("fr"), QStringLiteral("en")},
-        {"preferences without a language", QVariantMap{{QStringLiteral("onlyonce"), true}},
-         QStringLiteral("ja"), QStringLiteral("ja")},
-        {"an older installation", older, QStringLiteral("ja"), QStringLiteral("en")},
-        {"stored", languages(QVariantList{QStringLiteral("ja")}), QStringLiteral("es"), QStringLiteral("ja")},
-        {"stored, not spoken", languages(QVariantList{QStringLiteral("de")}), QStringLiteral("es"),
-         QStringLiteral("en")},
-        {"stored with a region", languages(QVariantList{QStringLiteral("es-MX")}), QStringLiteral("es"),
-         QStringLiteral("en")},
-        {"empty list", languages(QVariantList()), QStringLiteral("ja"), QStringLiteral("en")},
-        {"list of numbers", languages(QVariantList{1LL}), QStringLiteral("ja"), QStringLiteral("en")},
-        {"no list", languages(QStringLiteral("ja")), QStringLiteral("ja"), QStringLiteral("en")},
+    const QVariantMap older{{u"logsFrom"_s, 7LL}};
+    const std::tuple<const char *, std::optional<QVariantMap>, QString, QString> rows[] = {
+        {"first run, spoken", std::nullopt, u"es"_s, u"es"_s},
+        {"first run, not spoken", std::nullopt, u"fr"_s, u"en"_s},
+        {"preferences without a language", QVariantMap{{u"onlyonce"_s, true}}, u"ja"_s, u"ja"_s},
+        {"an older installation", older, u"ja"_s, u"en"_s},
+        {"stored", languages(QVariantList{u"ja"_s}), u"es"_s, u"ja"_s},
+        {"stored, not spoken", languages(QVariantList{u"de"_s}), u"es"_s, u"en"_s},
+        {"stored with a region", languages(QVariantList{u"es-MX"_s}), u"es"_s, u"en"_s},
+        {"empty list", languages(QVariantList()), u"ja"_s, u"en"_s},
+        {"list of numbers", languages(QVariantList{1LL}), u"ja"_s, u"en"_s},
+        {"no list", languages(u"ja"_s), u"ja"_s, u"en"_s},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(initialLanguage(row.stored, row.system), row.expected);
-    }
+    for (const auto &[name, stored, system, expected] : rows)
+        EXPECT_EQ(initialLanguage(stored, system), expected) << name;
 }
 
 TEST(Language, CodeOfASystemTag)
 {
-    EXPECT_EQ(SystemLanguageHelper::languageCode(QStringLiteral("es-419")), QStringLiteral("es"));
-    EXPECT_EQ(SystemLanguageHelper::languageCode(QStringLiteral("fr-CA")), QStringLiteral("fr"));
-    EXPECT_EQ(SystemLanguageHelper::languageCode(QStringLiteral("ja")), QStringLiteral("ja"));
-    EXPECT_EQ(SystemLanguageHelper::languageCode(QStringLiteral("-US")), QStringLiteral("en"));
+    EXPECT_EQ(SystemLanguageHelper::languageCode(u"es-419"_s), u"es"_s);
+    EXPECT_EQ(SystemLanguageHelper::languageCode(u"fr-CA"_s), u"fr"_s);
+    EXPECT_EQ(SystemLanguageHelper::languageCode(u"ja"_s), u"ja"_s);
+    EXPECT_EQ(SystemLanguageHelper::languageCode(u"-US"_s), u"en"_s);
 }
 
 TEST(Language, TheSystemsLanguageComesFromTheGlobalDomainFirst)
 {
     const TemporaryHome home;
-    home.writeList(QNUtility::globalPreferencesPath(),
-                   languages(QVariantList{QStringLiteral("pt-BR"), QStringLiteral("es")}));
-    EXPECT_EQ(SystemLanguageHelper::getSystemPrimaryLanguage(), QStringLiteral("pt-BR"));
-    EXPECT_EQ(SystemLanguageHelper::getSystemPrimaryLanguageCode(), QStringLiteral("pt"));
+    home.writeList(QNUtility::globalPreferencesPath(), languages(QVariantList{u"pt-BR"_s, u"es"_s}));
+    EXPECT_EQ(SystemLanguageHelper::getSystemPrimaryLanguage(), u"pt-BR"_s);
+    EXPECT_EQ(SystemLanguageHelper::getSystemPrimaryLanguageCode(), u"pt"_s);
 }
 
 TEST(Language, IsStoredAmongWhatOtherProgramsKeep)
 {
     Fixture fixture;
-    fixture.home.writeList(fixture.file,
-                           QVariantMap{{QStringLiteral("logsFrom"), 7LL}, {QStringLiteral("other"), true}});
+    fixture.home.writeList(fixture.file, QVariantMap{{u"logsFrom"_s, 7LL}, {u"other"_s, true}});
     UserDefaults defaults(fixture.file);
     LanguageManager manager(Bundle::main(), defaults);
-    EXPECT_EQ(manager.currentLanguage(), QStringLiteral("en"));
+    EXPECT_EQ(manager.currentLanguage(), u"en"_s);
     // Another program writes meanwhile.
-    fixture.home.writeList(fixture.file,
-                           QVariantMap{{QStringLiteral("logsFrom"), 30LL}, {QStringLiteral("other"), true}});
-    manager.updateLanguage(QStringLiteral("ES"));
-    EXPECT_EQ(manager.currentLanguage(), QStringLiteral("es"));
+    fixture.home.writeList(fixture.file, QVariantMap{{u"logsFrom"_s, 30LL}, {u"other"_s, true}});
+    manager.updateLanguage(u"ES"_s);
+    EXPECT_EQ(manager.currentLanguage(), u"es"_s);
     EXPECT_EQ(manager.supportedLanguage(), SupportedLanguage::es);
-    EXPECT_EQ(fixture.stored(),
-              (QVariantMap{{QStringLiteral("logsFrom"), 30LL},
-                           {QStringLiteral("other"), true},
-                           {QStringLiteral("AppleLanguages"), QVariantList{QStringLiteral("es")}}}));
-    manager.updateLanguage(QStringLiteral("de"));
-    EXPECT_EQ(manager.currentLanguage(), QStringLiteral("es"));
-    manager.setCurrentLanguage(QStringLiteral("DE"));
-    EXPECT_EQ(manager.currentLanguage(), QStringLiteral("de"));
+    EXPECT_EQ(
+        fixture.stored(),
+        (QVariantMap{{u"logsFrom"_s, 30LL}, {u"other"_s, true}, {u"AppleLanguages"_s, QVariantList{u"es"_s}}}));
+    manager.updateLanguage(u"de"_s);
+    EXPECT_EQ(manager.currentLanguage(), u"es"_s);
+    manager.setCurrentLanguage(u"DE"_s);
+    EXPECT_EQ(manager.currentLanguage(), u"de"_s);
     EXPECT_EQ(manager.supportedLanguage(), std::nullopt);
-    EXPECT_EQ(manager.getPersistedAppLanguage(), QStringLiteral("en"));
+    EXPECT_EQ(manager.getPersistedAppLanguage(), u"en"_s);
     manager.loadCurrentLanguage();
-    EXPECT_EQ(manager.currentLanguage(), QStringLiteral("en"));
+    EXPECT_EQ(manager.currentLanguage(), u"en"_s);
 }
 
 TEST(Language, ADamagedPreferencesFileIsNotLost)
@@ -106,8 +95,8 @@ TEST(Language, ADamagedPreferencesFileIsNotLost)
     fixture.home.write(fixture.file, "bplist00 cut");
     UserDefaults defaults(fixture.file);
     LanguageManager manager(Bundle::main(), defaults);
-    manager.setCurrentLanguage(QStringLiteral("ja"));
-    EXPECT_EQ(manager.currentLanguage(), QStringLiteral("ja")) << "for this process it stands";
+    manager.setCurrentLanguage(u"ja"_s);
+    EXPECT_EQ(manager.currentLanguage(), u"ja"_s) << "for this process it stands";
     EXPECT_EQ(fixture.home.read(fixture.file), "bplist00 cut");
 }
 
@@ -116,42 +105,40 @@ TEST(Language, SentencesAreTheirOwnKeys)
     Fixture fixture;
     UserDefaults defaults(fixture.file);
     LanguageManager manager(Bundle::main(), defaults);
-    const QString paused = QStringLiteral("Paused");
+    const QString paused = u"Paused"_s;
     EXPECT_EQ(manager.localizedString(paused), paused);
-    manager.setCurrentLanguage(QStringLiteral("es"));
+    manager.setCurrentLanguage(u"es"_s);
     const QString spanish = manager.localizedString(paused);
     EXPECT_NE(spanish, paused);
-    EXPECT_EQ(manager.localizedString(QStringLiteral("no such sentence")), QStringLiteral("no such sentence"));
-    manager.setCurrentLanguage(QStringLiteral("xx"));
+    EXPECT_EQ(manager.localizedString(u"no such sentence"_s), u"no such sentence"_s);
+    manager.setCurrentLanguage(u"xx"_s);
     EXPECT_EQ(manager.localizedString(paused), paused);
 
-    const QString table = QStringLiteral("Localizable");
-    EXPECT_EQ(manager.localized(paused, QStringLiteral("es"), table), spanish);
-    EXPECT_EQ(manager.localized(paused, QStringLiteral("es"), QStringLiteral("NoSuchTable")), paused);
-    EXPECT_EQ(manager.localized(paused, QStringLiteral("../es"), table), paused);
+    const QString table = u"Localizable"_s;
+    EXPECT_EQ(manager.localized(paused, u"es"_s, table), spanish);
+    EXPECT_EQ(manager.localized(paused, u"es"_s, u"NoSuchTable"_s), paused);
+    EXPECT_EQ(manager.localized(paused, u"../es"_s, table), paused);
 }
 
 TEST(Language, PlainLookUpsObeyTheChoice)
 {
     LocalizedBundle bundle(Bundle::main());
-    EXPECT_EQ(bundle.localizedString(QStringLiteral("Paused")), QStringLiteral("Paused"));
-    bundle.forceLanguage(QStringLiteral("ja"));
+    EXPECT_EQ(bundle.localizedString(u"Paused"_s), u"Paused"_s);
+    bundle.forceLanguage(u"ja"_s);
     const QString japanese = bundle.translate("AnyForm", "Paused", nullptr, -1);
-    EXPECT_NE(japanese, QStringLiteral("Paused"));
-    bundle.forceLanguage(QStringLiteral("fr"));
-    EXPECT_EQ(bundle.localizedString(QStringLiteral("Paused")), japanese)
-        << "no such folder: the last choice stays";
+    EXPECT_NE(japanese, u"Paused"_s);
+    bundle.forceLanguage(u"fr"_s);
+    EXPECT_EQ(bundle.localizedString(u"Paused"_s), japanese) << "no such folder: the last choice stays";
 }
 
 TEST(Language, ASentenceIsKnownInEveryLanguage)
 {
     const TemporaryHome home;
-    const QString key = QStringLiteral("Paused");
-    const QString japanese =
-        LanguageManager::shared().localized(key, QStringLiteral("ja"), QStringLiteral("Localizable"));
-    EXPECT_TRUE(QNUtility::isLocalisedString(QStringLiteral("x ") + japanese + u'y', key));
-    EXPECT_EQ(QNUtility::viewLogDisplayLanguage(), QStringLiteral("ja"));
-    EXPECT_FALSE(QNUtility::isLocalisedString(QStringLiteral("nothing of it"), key));
+    const QString key = u"Paused"_s;
+    const QString japanese = LanguageManager::shared().localized(key, u"ja"_s, u"Localizable"_s);
+    EXPECT_TRUE(QNUtility::isLocalisedString(u"x "_s + japanese + u'y', key));
+    EXPECT_EQ(QNUtility::viewLogDisplayLanguage(), u"ja"_s);
+    EXPECT_FALSE(QNUtility::isLocalisedString(u"nothing of it"_s, key));
     EXPECT_FALSE(QNUtility::isLocalisedString(QString(), key));
     EXPECT_FALSE(QNUtility::isLocalisedString(key, std::nullopt));
 }
@@ -163,10 +150,10 @@ TEST(Language, TheUpToDateLineIsFoundInTheFinishedToolTip)
     for (const AppLanguage &language : AppLanguage::supported()) {
         const auto in = [&](const char *sentence) {
             return LanguageManager::shared().localized(QString::fromLatin1(sentence), language.id,
-                                                       QStringLiteral("Localizable"));
+                                                       u"Localizable"_s);
         };
         QString tip = in("Backup: %@\nCloud Drive: %@");
-        const qsizetype slot = tip.lastIndexOf(QStringLiteral("%@"));
+        const qsizetype slot = tip.lastIndexOf(u"%@"_s);
         tip.replace(slot, 2, in("All files are up to date"));
         EXPECT_TRUE(tip.contains(in("Cloud Drive: All files are up to date"))) << language.id.toStdString();
         EXPECT_NE(in("Cloud Drive: All files are up to date"), in("Cloud Drive: All files are synced"));

@@ -3,75 +3,57 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
 using namespace LaunchRules;
 
 TEST(LaunchRules, RedirectionByText)
 {
-    const QString signedOut = QStringLiteral("com.example.SignedOut");
-    const struct {
-        const char *name;
-        QString text;
-        Redirection expected;
-    } rows[] = {
+    const QString signedOut = u"com.example.SignedOut"_s;
+    const std::tuple<const char *, QString, Redirection> rows[] = {
         {"signed out", signedOut, Redirection::ResetThenPreferences},
-        {"error report", QStringLiteral("sendErrorReport"), Redirection::ErrorReport},
-        {"logs", QStringLiteral("ActivityLogs"), Redirection::ActivityLogs},
-        {"exclusions", QStringLiteral("ViewExclude"), Redirection::Preferences},
-        {"unknown", QStringLiteral("whatever"), Redirection::Preferences},
+        {"error report", u"sendErrorReport"_s, Redirection::ErrorReport},
+        {"logs", u"ActivityLogs"_s, Redirection::ActivityLogs},
+        {"exclusions", u"ViewExclude"_s, Redirection::Preferences},
+        {"unknown", u"whatever"_s, Redirection::Preferences},
         {"empty", QString(), Redirection::Preferences},
-        {"another case", QStringLiteral("activitylogs"), Redirection::Preferences},
-        {"with a line end", QStringLiteral("ActivityLogs\n"), Redirection::Preferences},
+        {"another case", u"activitylogs"_s, Redirection::Preferences},
+        {"with a line end", u"ActivityLogs\n"_s, Redirection::Preferences},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(launchRedirection(row.text, signedOut), row.expected);
-    }
-    EXPECT_EQ(preferencesRequest(QStringLiteral("sendErrorReport")), Redirection::ErrorReport);
-    EXPECT_EQ(preferencesRequest(QStringLiteral("ActivityLogs")), Redirection::Preferences);
+    for (const auto &[name, text, expected] : rows)
+        EXPECT_EQ(launchRedirection(text, signedOut), expected) << name;
+    EXPECT_EQ(preferencesRequest(u"sendErrorReport"_s), Redirection::ErrorReport);
+    EXPECT_EQ(preferencesRequest(u"ActivityLogs"_s), Redirection::Preferences);
 }
 
 TEST(LaunchRules, ViewsOfTheMainApplication)
 {
-    const struct {
-        QString type, notification;
-    } rows[] = {
-        {QStringLiteral("ActivityLogs"), QStringLiteral("LaunchActivityLogs")},
-        {QStringLiteral("ViewScheduleJobs"), QStringLiteral("LaunchViewScheduleJobs")},
-        {QStringLiteral("Settings"), QStringLiteral("LaunchSettings")},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.type.toStdString());
-        const auto request = viewRequest(row.type);
-        ASSERT_TRUE(request);
-        EXPECT_EQ(request->name, row.notification);
-        EXPECT_EQ(request->userInfo, (QVariantMap{{QStringLiteral("CVLaunchType"), row.type}}));
+    for (const QString &type : {u"ActivityLogs"_s, u"ViewScheduleJobs"_s, u"Settings"_s}) {
+        const auto request = viewRequest(type);
+        ASSERT_TRUE(request) << type.toStdString();
+        EXPECT_EQ(request->name, QString(u"Launch"_s + type));
+        EXPECT_EQ(request->userInfo, (QVariantMap{{u"CVLaunchType"_s, type}}));
     }
     EXPECT_FALSE(viewRequest(QString()));
-    EXPECT_FALSE(viewRequest(QStringLiteral("settings")));
+    EXPECT_FALSE(viewRequest(u"settings"_s));
 }
 
 TEST(LaunchRules, VersionsThatUpdateThemselves)
 {
-    EXPECT_TRUE(versionRunsAutomaticUpdates(QStringLiteral("9.2.1")));
-    EXPECT_TRUE(versionRunsAutomaticUpdates(QStringLiteral("9.2.0")));
-    EXPECT_TRUE(versionRunsAutomaticUpdates(QStringLiteral("9.001")));
-    EXPECT_FALSE(versionRunsAutomaticUpdates(QStringLiteral("9.2.00")));
-    EXPECT_FALSE(versionRunsAutomaticUpdates(QStringLiteral("9.100")));
+    EXPECT_TRUE(versionRunsAutomaticUpdates(u"9.2.1"_s));
+    EXPECT_TRUE(versionRunsAutomaticUpdates(u"9.2.0"_s));
+    EXPECT_TRUE(versionRunsAutomaticUpdates(u"9.001"_s));
+    EXPECT_FALSE(versionRunsAutomaticUpdates(u"9.2.00"_s));
+    EXPECT_FALSE(versionRunsAutomaticUpdates(u"9.100"_s));
     EXPECT_FALSE(versionRunsAutomaticUpdates(std::nullopt));
 }
 
 TEST(LaunchRules, LoginItemByTheUsersSetting)
 {
     const auto settings = [](const QVariant &value) {
-        return QVariantMap{{QStringLiteral("mona"), QVariantMap{{QStringLiteral("launchOnStartup"), value}}}};
+        return QVariantMap{{u"mona"_s, QVariantMap{{u"launchOnStartup"_s, value}}}};
     };
-    const QString mona = QStringLiteral("mona");
-    const struct {
-        const char *name;
-        std::optional<QVariantMap> settings;
-        std::optional<QString> user;
-        bool expected;
-    } rows[] = {
+    const QString mona = u"mona"_s;
+    const std::tuple<const char *, std::optional<QVariantMap>, std::optional<QString>, bool> rows[] = {
         {"one", settings(1LL), mona, true},
         {"another number", settings(-2LL), mona, true},
         {"zero", settings(0LL), mona, false},
@@ -79,40 +61,34 @@ TEST(LaunchRules, LoginItemByTheUsersSetting)
         {"switch off", settings(false), mona, false},
         {"real", settings(1.0), mona, true},
         {"real below one", settings(0.5), mona, false},
-        {"text", settings(QStringLiteral("1")), mona, true},
-        {"no number", settings(QStringLiteral("yes")), mona, false},
-        {"another user", settings(1LL), QStringLiteral("ben"), false},
+        {"text", settings(u"1"_s), mona, true},
+        {"no number", settings(u"yes"_s), mona, false},
+        {"another user", settings(1LL), u"ben"_s, false},
         {"no user", settings(1LL), std::nullopt, false},
         {"no settings", std::nullopt, mona, false},
         {"no dictionary", QVariantMap{{mona, 1LL}}, mona, false},
         {"no such key", QVariantMap{{mona, QVariantMap()}}, mona, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(launchesAtLogin(row.settings, row.user), row.expected);
-    }
+    for (const auto &[name, stored, user, expected] : rows)
+        EXPECT_EQ(launchesAtLogin(stored, user), expected) << name;
 }
 
 TEST(LaunchRules, UpdateFolderAtAStart)
 {
-    const QString root = QStringLiteral("/h/Corvane/");
-    const struct {
-        const char *name;
-        QString applicationName;
-        bool folderExists, checkFileExists, removed;
-    } rows[] = {
-        {"left over", QStringLiteral("Corvane"), true, false, true},
-        {"in use", QStringLiteral("Corvane"), true, true, false},
-        {"not there", QStringLiteral("Corvane"), false, false, false},
+    const QString root = u"/h/Corvane/"_s;
+    const std::tuple<const char *, QString, bool, bool, bool> rows[] = {
+        {"left over", u"Corvane"_s, true, false, true},
+        {"in use", u"Corvane"_s, true, true, false},
+        {"not there", u"Corvane"_s, false, false, false},
         {"the root folder itself", QString(), true, false, false},
-        {"the root folder by a dot", QStringLiteral("."), true, false, false},
-        {"outside", QStringLiteral("../Corvane2"), true, false, false},
-        {"above", QStringLiteral(".."), true, false, false},
+        {"the root folder by a dot", u"."_s, true, false, false},
+        {"outside", u"../Corvane2"_s, true, false, false},
+        {"above", u".."_s, true, false, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        const QString folder = updateFolder(root, row.applicationName);
-        EXPECT_EQ(removesUpdateFolder({root, folder, row.folderExists, row.checkFileExists}), row.removed);
+    for (const auto &[name, applicationName, folderExists, checkFileExists, removed] : rows) {
+        SCOPED_TRACE(name);
+        const QString folder = updateFolder(root, applicationName);
+        EXPECT_EQ(removesUpdateFolder({root, folder, folderExists, checkFileExists}), removed);
     }
-    EXPECT_EQ(updateFolder(root, QStringLiteral("Corvane")), QStringLiteral("/h/Corvane/Corvane"));
+    EXPECT_EQ(updateFolder(root, u"Corvane"_s), u"/h/Corvane/Corvane"_s);
 }

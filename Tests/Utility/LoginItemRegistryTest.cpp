@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
 using HideIt = LoginItemRegistry::HideIt;
 
 namespace
@@ -38,8 +39,8 @@ protected:
     }
 
     const TemporaryHome home;
-    const QString folder = home.path(QStringLiteral(".config/autostart"));
-    const QString monitor = QStringLiteral("/opt/my files/100%/corvane-monitor");
+    const QString folder = home.path(u".config/autostart"_s);
+    const QString monitor = u"/opt/my files/100%/corvane-monitor"_s;
 
 private:
     QByteArray m_oldConfig;
@@ -51,7 +52,7 @@ TEST_F(LoginItems, AddingAtEveryLoginLeavesOneEntry)
     EXPECT_TRUE(LoginItemRegistry::addLoginItemWithPath(monitor, HideIt::No));
     ASSERT_EQ(files().size(), 1);
     const QString file = folder + u'/' + files().first();
-    EXPECT_TRUE(files().first().startsWith(QStringLiteral("corvane-monitor-")));
+    EXPECT_TRUE(files().first().startsWith(u"corvane-monitor-"_s));
     const QByteArray text = home.read(file);
     for (const char *line : {"[Desktop Entry]\n", "\nType=Application\n",
                              "\nName=", "\nExec=\"/opt/my files/100%%/corvane-monitor\"\n",
@@ -72,8 +73,7 @@ TEST_F(LoginItems, AddingAtEveryLoginLeavesOneEntry)
     EXPECT_TRUE(LoginItemRegistry::allLoginItems().first().hidden);
     EXPECT_EQ(LoginItemRegistry::allLoginItems().first().url, QUrl::fromLocalFile(monitor));
 
-    EXPECT_TRUE(
-        LoginItemRegistry::addLoginItemWithPath(QStringLiteral("/usr/bin/corvane-monitor"), HideIt::No));
+    EXPECT_TRUE(LoginItemRegistry::addLoginItemWithPath(u"/usr/bin/corvane-monitor"_s, HideIt::No));
     EXPECT_EQ(files().size(), 2) << "another copy has an entry of its own";
 }
 
@@ -82,17 +82,17 @@ TEST_F(LoginItems, RemovingFindsTheFirstOfThatPathAndNoOther)
     entry("a-other.desktop", "Exec=/opt/other --tray\n");
     entry("b-own.desktop", "Exec=/opt/corvane-monitor\n");
     entry("c-own.desktop", "Exec=\"/opt/corvane-monitor\" %U\n");
-    const QString own = QStringLiteral("/opt/corvane-monitor");
-    EXPECT_EQ(paths(), (QStringList{QStringLiteral("/opt/other"), own, own}));
+    const QString own = u"/opt/corvane-monitor"_s;
+    EXPECT_EQ(paths(), (QStringList{u"/opt/other"_s, own, own}));
     EXPECT_EQ(LoginItemRegistry::indexForLoginItemWithPath(own), 1);
-    EXPECT_EQ(LoginItemRegistry::indexForLoginItemWithURL(QUrl(QStringLiteral("file:///opt/other"))), 0);
+    EXPECT_EQ(LoginItemRegistry::indexForLoginItemWithURL(QUrl(u"file:///opt/other"_s)), 0);
     LoginItemRegistry::removeLoginItemWithPath(own);
-    EXPECT_EQ(files(), (QStringList{QStringLiteral("a-other.desktop"), QStringLiteral("c-own.desktop")}));
+    EXPECT_EQ(files(), (QStringList{u"a-other.desktop"_s, u"c-own.desktop"_s}));
     LoginItemRegistry::removeLoginItemWithURL(QUrl::fromLocalFile(own));
     LoginItemRegistry::removeLoginItemWithPath(own);
     LoginItemRegistry::removeLoginItemAtIndex(1);
     LoginItemRegistry::removeLoginItemAtIndex(-1);
-    EXPECT_EQ(files(), QStringList{QStringLiteral("a-other.desktop")});
+    EXPECT_EQ(files(), QStringList{u"a-other.desktop"_s});
     LoginItemRegistry::removeLoginItemAtIndex(0);
     EXPECT_EQ(files(), QStringList());
 }
@@ -105,34 +105,33 @@ TEST_F(LoginItems, EntriesThatAreNoItems)
     entry("open-quote.desktop", "Exec=\"/opt/corvane-monitor\n");
     entry("unknown-program.desktop", "Exec=no-such-program-anywhere\n");
     entry("not-an-entry.txt", exec);
-    home.write(folder + QStringLiteral("/link.desktop"), "[Desktop Entry]\nType=Link\n" + exec);
-    home.write(folder + QStringLiteral("/bytes.desktop"), "\xff\xfe\0garbage");
-    home.write(folder + QStringLiteral("/huge.desktop"), "[Desktop Entry]\n" + QByteArray(300 * 1024, '#'));
-    QDir(folder).mkpath(QStringLiteral("folder.desktop"));
+    home.write(folder + u"/link.desktop"_s, "[Desktop Entry]\nType=Link\n" + exec);
+    home.write(folder + u"/bytes.desktop"_s, "\xff\xfe\0garbage");
+    home.write(folder + u"/huge.desktop"_s, "[Desktop Entry]\n" + QByteArray(300 * 1024, '#'));
+    QDir(folder).mkpath(u"folder.desktop"_s);
     EXPECT_EQ(paths(), QStringList());
     const QStringList before = files();
-    LoginItemRegistry::removeLoginItemWithPath(QStringLiteral("/opt/corvane-monitor"));
+    LoginItemRegistry::removeLoginItemWithPath(u"/opt/corvane-monitor"_s);
     EXPECT_EQ(files(), before);
 
     entry("by-name.desktop", "Exec=sh -c x\n");
     ASSERT_EQ(paths().size(), 1);
-    EXPECT_TRUE(paths().first().endsWith(QStringLiteral("/sh")));
+    EXPECT_TRUE(paths().first().endsWith(u"/sh"_s));
 }
 
 TEST_F(LoginItems, AFolderThatCannotBeMade)
 {
-    home.write(QStringLiteral(".config"), "a file");
+    home.write(u".config"_s, "a file");
     EXPECT_FALSE(LoginItemRegistry::addLoginItemWithPath(monitor, HideIt::No));
     EXPECT_EQ(paths(), QStringList());
-    EXPECT_FALSE(
-        LoginItemRegistry::addLoginItemWithURL(QUrl(QStringLiteral("https://example.com/x")), HideIt::No));
+    EXPECT_FALSE(LoginItemRegistry::addLoginItemWithURL(QUrl(u"https://example.com/x"_s), HideIt::No));
 }
 
 TEST_F(LoginItems, TheUsersOwnConfigurationFolder)
 {
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path(QStringLiteral("settings"))));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path(u"settings"_s)));
     EXPECT_TRUE(LoginItemRegistry::addLoginItemWithPath(monitor, HideIt::No));
     qunsetenv("XDG_CONFIG_HOME");
     EXPECT_EQ(files(), QStringList());
-    EXPECT_EQ(QDir(home.path(QStringLiteral("settings/autostart"))).entryList(QDir::Files).size(), 1);
+    EXPECT_EQ(QDir(home.path(u"settings/autostart"_s)).entryList(QDir::Files).size(), 1);
 }

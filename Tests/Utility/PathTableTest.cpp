@@ -6,32 +6,31 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 PathTable::Entries engineEntries()
 {
-    return {{QStringLiteral("ExecuterPathTQL"), QStringLiteral("/engine")},
-            {QStringLiteral("ExecuterPathDedupTQL"), QStringLiteral("/dedup-engine")}};
+    return {{u"ExecuterPathTQL"_s, u"/engine"_s}, {u"ExecuterPathDedupTQL"_s, u"/dedup-engine"_s}};
 }
 } // namespace
 
 TEST(PathTable, AMissingKeyIsItsOwnValue)
 {
     const PathTable table([] { return std::optional(engineEntries()); });
-    EXPECT_EQ(table.value(QStringLiteral("NoSuchKey"), EUserType::Other), QStringLiteral("NoSuchKey"));
-    EXPECT_EQ(qnLocalizedString(QStringLiteral("NoSuchKey")), QStringLiteral("NoSuchKey"));
+    EXPECT_EQ(table.value(u"NoSuchKey"_s, EUserType::Other), u"NoSuchKey"_s);
+    EXPECT_EQ(qnLocalizedString(u"NoSuchKey"_s), u"NoSuchKey"_s);
     EXPECT_EQ(qnLocalizedString(std::nullopt), std::nullopt);
 }
 
 TEST(PathTable, ADeduplicatingAccountHasAnEngineOfItsOwn)
 {
     const PathTable table([] { return std::optional(engineEntries()); });
-    EXPECT_EQ(table.value(QStringLiteral("ExecuterPathTQL"), EUserType::Other), QStringLiteral("/engine"));
-    EXPECT_EQ(table.value(QStringLiteral("ExecuterPathTQL"), EUserType::Dedup),
-              QStringLiteral("/dedup-engine"));
+    EXPECT_EQ(table.value(u"ExecuterPathTQL"_s, EUserType::Other), u"/engine"_s);
+    EXPECT_EQ(table.value(u"ExecuterPathTQL"_s, EUserType::Dedup), u"/dedup-engine"_s);
     const PathTable empty([] { return std::optional(PathTable::Entries()); });
-    EXPECT_EQ(empty.value(QStringLiteral("ExecuterPathTQL"), EUserType::Dedup),
-              QStringLiteral("ExecuterPathDedupTQL"));
+    EXPECT_EQ(empty.value(u"ExecuterPathTQL"_s, EUserType::Dedup), u"ExecuterPathDedupTQL"_s);
 }
 
 TEST(PathTable, LoadsOnceAndTriesAgainUntilItCan)
@@ -40,23 +39,23 @@ TEST(PathTable, LoadsOnceAndTriesAgainUntilItCan)
     const PathTable table([&]() -> std::optional<PathTable::Entries> {
         return ++loads < 3 ? std::nullopt : std::optional(engineEntries());
     });
-    const QString key = QStringLiteral("ExecuterPathTQL");
+    const QString key = u"ExecuterPathTQL"_s;
     EXPECT_EQ(table.value(key, EUserType::Other), key);
     EXPECT_EQ(table.value(key, EUserType::Other), key);
-    EXPECT_EQ(table.value(key, EUserType::Other), QStringLiteral("/engine"));
-    EXPECT_EQ(table.value(key, EUserType::Other), QStringLiteral("/engine"));
+    EXPECT_EQ(table.value(key, EUserType::Other), u"/engine"_s);
+    EXPECT_EQ(table.value(key, EUserType::Other), u"/engine"_s);
     EXPECT_EQ(loads, 3);
 }
 
 TEST(ApplicationFilePath, EachCaseComesInTheFormThatItsUsersExpect)
 {
     const TemporaryHome home;
-    const QString root = homeDirectory() + QStringLiteral("/.local/share/Corvane");
+    const QString root = homeDirectory() + u"/.local/share/Corvane"_s;
     EXPECT_TRUE(ApplicationFilePath(2).path()->startsWith(root)) << "standardised";
     EXPECT_TRUE(ApplicationFilePath(3).path()->startsWith(root)) << "as a file URL gives it";
     EXPECT_TRUE(ApplicationFilePath(5).path()->startsWith(u'~')) << "as stored";
     for (const int number : {21, 26})
-        EXPECT_EQ(ApplicationFilePath(number).path()->count(QStringLiteral("%@")), 1) << number;
+        EXPECT_EQ(ApplicationFilePath(number).path()->count(u"%@"_s), 1) << number;
     EXPECT_EQ(ApplicationFilePath(6).path(), standardizedPath(*ApplicationFilePath(29).path()));
     for (int number = 0; number < 30; ++number)
         EXPECT_TRUE(ApplicationFilePath(number).path()->size() > 3) << number;
@@ -71,14 +70,14 @@ TEST(Home, StandardisesByTextAlone)
     const struct {
         QString path, expected;
     } rows[] = {
-        {QStringLiteral("~"), base},
-        {QStringLiteral("~/a//b/./c/../d"), base + QStringLiteral("/a/b/d")},
-        {QStringLiteral("~other/a"), QStringLiteral("~other/a")},
-        {QStringLiteral("/a/~/b"), QStringLiteral("/a/~/b")},
+        {u"~"_s, base},
+        {u"~/a//b/./c/../d"_s, base + u"/a/b/d"_s},
+        {u"~other/a"_s, u"~other/a"_s},
+        {u"/a/~/b"_s, u"/a/~/b"_s},
         {QString(), QString()},
     };
     for (const auto &row : rows)
         EXPECT_EQ(standardizedPath(row.path), row.expected) << row.path.toStdString();
     EXPECT_EQ(homeDirectoryForUser(*consoleUser()), base);
-    EXPECT_EQ(homeDirectoryForUser(QStringLiteral("no-such-user")), QString());
+    EXPECT_EQ(homeDirectoryForUser(u"no-such-user"_s), QString());
 }

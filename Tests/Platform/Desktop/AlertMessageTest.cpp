@@ -9,11 +9,13 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const AlertMessage::Content SignIn{.title = QStringLiteral("Corvane"),
-                                   .text = QStringLiteral("Sign in to <b>Corvane</b> first."),
-                                   .buttonTitle = QStringLiteral("OK"),
+const AlertMessage::Content SignIn{.title = u"Corvane"_s,
+                                   .text = u"Sign in to <b>Corvane</b> first."_s,
+                                   .buttonTitle = u"OK"_s,
                                    .iconFile = {}};
 
 QDialog *shownDialog()
@@ -37,14 +39,14 @@ TEST(AlertMessage, ShowsTheTextAndClosesByItsButton)
     QDialog *dialog = shownDialog();
     ASSERT_NE(dialog, nullptr);
     EXPECT_FALSE(dialog->isModal());
-    EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Corvane"));
-    auto *label = dialog->findChild<QLabel *>(QStringLiteral("messageLabel"));
-    auto *button = dialog->findChild<QPushButton *>(QStringLiteral("okButton"));
+    EXPECT_EQ(dialog->windowTitle(), u"Corvane"_s);
+    auto *label = dialog->findChild<QLabel *>(u"messageLabel"_s);
+    auto *button = dialog->findChild<QPushButton *>(u"okButton"_s);
     EXPECT_EQ(label->text(), SignIn.text);
     EXPECT_EQ(label->textFormat(), Qt::PlainText);
     EXPECT_EQ(label->accessibleName(), QString());
-    EXPECT_EQ(button->text(), QStringLiteral("OK"));
-    EXPECT_EQ(button->accessibleName(), QStringLiteral("OK"));
+    EXPECT_EQ(button->text(), u"OK"_s);
+    EXPECT_EQ(button->accessibleName(), u"OK"_s);
     EXPECT_GT(label->palette().window().color().lightness(), label->palette().windowText().color().lightness());
     dark = true;
     message.refreshColours();
@@ -63,7 +65,7 @@ TEST(AlertMessage, ANewMessageTakesThePlace)
     message.show(longer);
     QDialog *dialog = shownDialog();
     ASSERT_NE(dialog, nullptr);
-    auto *label = dialog->findChild<QLabel *>(QStringLiteral("messageLabel"));
+    auto *label = dialog->findChild<QLabel *>(u"messageLabel"_s);
     EXPECT_EQ(label->text(), longer.text);
     EXPECT_GT(dialog->sizeHint().height(), shortHeight);
     QTest::keyClick(dialog, Qt::Key_Return);

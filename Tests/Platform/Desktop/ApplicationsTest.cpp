@@ -1,49 +1,21 @@
 #include "Platform/Desktop/Applications.h"
 #include "Platform/Desktop/ApplicationService.h"
 #include "Tests/Support/PrintQt.h"
+#include "Tests/Support/PrivateBus.h"
 #include "Tests/Support/TemporaryHome.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QFile>
-#include <QProcess>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const QString Identifier = QStringLiteral("com.example.Some-App");
-
-/// A session bus for this test alone, with two connections to it.
-class Bus
-{
-public:
-    Bus()
-    {
-        m_daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                                       QStringLiteral("--print-address")});
-        EXPECT_TRUE(m_daemon.waitForReadyRead());
-        m_address = QString::fromUtf8(m_daemon.readLine().trimmed());
-    }
-    ~Bus()
-    {
-        for (const QString &name : m_names)
-            QDBusConnection::disconnectFromBus(name);
-        m_daemon.kill();
-        m_daemon.waitForFinished();
-    }
-    QDBusConnection connection(const QString &name)
-    {
-        m_names.append(name);
-        return QDBusConnection::connectToBus(m_address, name);
-    }
-
-private:
-    QProcess m_daemon;
-    QString m_address;
-    QStringList m_names;
-};
+const QString Identifier = u"com.example.Some-App"_s;
 
 QString script(const TemporaryHome &home, const QString &name)
 {
@@ -56,57 +28,59 @@ QString script(const TemporaryHome &home, const QString &name)
 
 TEST(Applications, ObjectPathOfAnIdentifier)
 {
-    EXPECT_EQ(Applications::objectPath(Identifier), QStringLiteral("/com/example/Some_App"));
+    EXPECT_EQ(Applications::objectPath(Identifier), u"/com/example/Some_App"_s);
 }
 
 TEST(Applications, ActivationReachesTheOwnerOfTheName)
 {
-    Bus bus;
+    const TemporaryHome home;
+    const PrivateBus bus(home.path(QString()));
+    const BusClient caller(bus), owner(bus), other(bus);
     int activations = 0;
-    const QDBusConnection caller = bus.connection(QStringLiteral("caller"));
     {
         ApplicationService service(
-            Identifier, [&activations] { ++activations; }, bus.connection(QStringLiteral("owner")));
+            Identifier, [&activations] { ++activations; }, owner.connection());
         ASSERT_TRUE(service.start());
-        EXPECT_TRUE(Applications::activate(Identifier, caller));
+        EXPECT_TRUE(Applications::activate(Identifier, caller.connection()));
         EXPECT_TRUE(QTest::qWaitFor([&] { return activations == 1; }));
-
-        ApplicationService second(
-            Identifier, [] {}, bus.connection(QStringLiteral("second")));
-        EXPECT_FALSE(second.start()) << "the name is the first one's";
+        EXPECT_FALSE(ApplicationService(
+                         Identifier, [] {}, other.connection())
+                         .start())
+            << "the name is the first one's";
     }
-    EXPECT_FALSE(caller.interface()->isServiceRegistered(Identifier));
-    EXPECT_TRUE(Applications::activate(Identifier, caller)) << "sent, though nobody answers";
+    EXPECT_FALSE(caller.connection().interface()->isServiceRegistered(Identifier));
+    EXPECT_TRUE(Applications::activate(Identifier, caller.connection())) << "sent, though nobody answers";
     EXPECT_EQ(activations, 1);
 }
 
 TEST(Applications, NoBusAndNoName)
 {
-    const QDBusConnection none(QStringLiteral("never connected"));
+    const QDBusConnection none(u"never connected"_s);
     EXPECT_FALSE(Applications::activate(Identifier, none));
     EXPECT_FALSE(ApplicationService(
                      Identifier, [] {}, none)
                      .start());
-    Bus bus;
-    const QDBusConnection caller = bus.connection(QStringLiteral("caller"));
+    const TemporaryHome home;
+    const PrivateBus bus(home.path(QString()));
+    const BusClient caller(bus);
     for (const char *name : {"", "word", ".a.b", "a..b", "a.b.", "a b.c", ":1.2", "a.1b", "a.b\n"}) {
         SCOPED_TRACE(name);
-        EXPECT_FALSE(Applications::activate(QString::fromUtf8(name), caller));
+        EXPECT_FALSE(Applications::activate(QString::fromUtf8(name), caller.connection()));
     }
 }
 
 TEST(Applications, StartsByPathAndByName)
 {
     const TemporaryHome home;
-    const QString file = script(home, QStringLiteral("an application"));
-    const QString answer = home.path(QStringLiteral("answer"));
+    const QString file = script(home, u"an application"_s);
+    const QString answer = home.path(u"answer"_s);
     EXPECT_TRUE(Applications::open(file));
     EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(answer); }));
     QFile::remove(answer);
 
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", QFile::encodeName(home.path(QString())) + ":" + path);
-    EXPECT_TRUE(Applications::launch(QStringLiteral("an application")));
+    EXPECT_TRUE(Applications::launch(u"an application"_s));
     EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(answer); }));
     qputenv("PATH", path);
 }
@@ -114,11 +88,11 @@ TEST(Applications, StartsByPathAndByName)
 TEST(Applications, WhatCannotBeStarted)
 {
     const TemporaryHome home;
-    home.write(QStringLiteral("text"), "no program");
-    EXPECT_FALSE(Applications::open(home.path(QStringLiteral("missing"))));
-    EXPECT_FALSE(Applications::open(home.path(QStringLiteral("text"))));
+    home.write(u"text"_s, "no program");
+    EXPECT_FALSE(Applications::open(home.path(u"missing"_s)));
+    EXPECT_FALSE(Applications::open(home.path(u"text"_s)));
     EXPECT_FALSE(Applications::open(home.path(QString())));
     EXPECT_FALSE(Applications::open(QString()));
-    EXPECT_FALSE(Applications::launch(QStringLiteral("no-such-program-anywhere")));
+    EXPECT_FALSE(Applications::launch(u"no-such-program-anywhere"_s));
     EXPECT_FALSE(Applications::launch(QString()));
 }
