@@ -1,25 +1,31 @@
 #include "Companions/BackupDaemon/BackupDaemon.h"
 
+#include "Companions/Common/Notifications.h"
+
 #include <QJsonDocument>
 
 namespace
 {
 constexpr std::chrono::milliseconds ReportPace{250};
+const QString BandwidthChanged = QStringLiteral("updateBandwidthMacInUseValue"); ///< key of the path table
 
 enum class CoreAction { Pause = 1, Resume = 2, Stop = 3 };
 } // namespace
 
-BackupDaemon::BackupDaemon(PathTable table, QObject *parent) : QObject(parent), m_files(std::move(table))
+BackupDaemon::BackupDaemon(PathTable table, QObject *parent) : QObject(parent), m_table(table), m_files(table)
 {
     addJobCommands();
     addMessageCommands();
+    addReportCommands();
     addFaultCommands();
     addOwnCommands();
+    m_pace.setTimerType(Qt::PreciseTimer);
     m_pace.setInterval(ReportPace);
     connect(&m_pace, &QTimer::timeout, this, &BackupDaemon::tick);
     connect(&m_server, &DaemonServer::messageReceived, this, &BackupDaemon::takeMessage);
     connect(&m_server, &DaemonServer::noticed, this,
             [](const QString &line) { printLine(QStringLiteral("-- ") + line); });
+    hearNotifications(this, SLOT(didHear(QString)));
 }
 
 bool BackupDaemon::start(quint16 port)
@@ -43,33 +49,67 @@ void BackupDaemon::runCommand(const QString &line)
     printResult(m_commands.run(line));
 }
 
-CommandResult BackupDaemon::beginJob(const QString &account, BackupJob::Origin origin,
-                                     std::chrono::seconds length)
+QString BackupDaemon::reasonAgainst(const BackupJob::Order &order) const
 {
     if (m_job)
-        return CommandResult::failed(QStringLiteral("a job of %1 is running").arg(m_job->account()));
-    if (account.isEmpty())
-        return CommandResult::failed(QStringLiteral("nobody is signed in, and no account is given"));
-    const bool scheduled = origin == BackupJob::Origin::Schedule;
-    if (scheduled && !m_files.scheduleFor(account))
-        return CommandResult::failed(QStringLiteral("%1 has no scheduled job").arg(account));
-    if (scheduled && m_files.schedulesDisabled())
-        return CommandResult::failed(QStringLiteral("all scheduled jobs are switched off"));
+        return QStringLiteral("a job of %1 is running").arg(m_job->account());
+    if (order.account.isEmpty())
+        return QStringLiteral("nobody is signed in, and no account is given");
+    if (order.origin != BackupJob::Origin::Schedule)
+        return {};
+    if (!m_files.scheduleFor(order.account, order.kind))
+        return QStringLiteral("%1 has no scheduled job of that kind").arg(order.account);
+    return m_files.schedulesDisabled() ? QStringLiteral("all scheduled jobs are switched off") : QString();
+}
+
+CommandResult BackupDaemon::beginJob(const BackupJob::Order &order)
+{
+    if (const QString reason = reasonAgainst(order); !reason.isEmpty())
+        return CommandResult::failed(reason);
 
     // A client may look at any file as soon as it hears of the job, so all of them come first.
+    const bool scheduled = order.origin == BackupJob::Origin::Schedule;
     if (scheduled) {
-        m_files.setScheduleStatus(account, JobStatus::InProgress, QDateTime::currentDateTime());
-        m_files.setPauseMarker(account, false);
+        m_files.setScheduleStatus(order.account, JobStatus::InProgress, QDateTime::currentDateTime(),
+                                  order.kind);
+        m_files.setPauseMarker(order.account, false);
         m_files.setSchedulerState(SchedulerState::Normal);
     }
-    m_files.setCurrentJob(RunningJob{account, static_cast<int>(origin), 0});
-    m_job.emplace(account, origin, length);
+    constexpr int BackupOperation = 0;
+    constexpr int RestoreOperation = 2;
+    m_files.setCurrentJob(RunningJob{order.account, static_cast<int>(order.origin),
+                                     order.kind == JobKind::Restore ? RestoreOperation : BackupOperation});
+    m_job.emplace(order);
+    m_job->setPreparation(m_preparation);
+    m_retryLeft = {};
+    if (order.kind == JobKind::OnlineBackup)
+        applyBandwidth(order.account);
     report(ReportKind::Started);
     if (scheduled)
         sendToolTip(QStringLiteral("Scheduled Backup is in progress."));
-    report(ReportKind::Enumerated);
+    if (!m_job->isPreparing())
+        report(ReportKind::Enumerated);
     m_pace.start();
-    return CommandResult::ok(QStringLiteral("job of %1, %2 s").arg(account).arg(length.count()));
+    return CommandResult::ok(QStringLiteral("job of %1, %2 s")
+                                 .arg(order.account)
+                                 .arg(std::chrono::duration_cast<std::chrono::seconds>(order.length).count()));
+}
+
+void BackupDaemon::applyBandwidth(const QString &account)
+{
+    const int percent = m_files.bandwidth(account);
+    printLine(QStringLiteral("-- bandwidth now %1 %").arg(percent));
+    if (m_job && m_job->account() == account)
+        m_job->setBandwidth(percent);
+}
+
+void BackupDaemon::didHear(const QString &name)
+{
+    if (name != m_table.value(BandwidthChanged))
+        return;
+    applyBandwidth(m_job ? m_job->account() : m_files.signedInAccount());
+    // Its clients do not listen to this announcement: they hear it from the daemon.
+    m_server.send({{QStringLiteral("type"), name}, {QStringLiteral("data"), QString()}});
 }
 
 CommandResult BackupDaemon::setJobPaused(bool paused)
@@ -117,7 +157,17 @@ void BackupDaemon::tick()
 {
     if (!m_job || m_job->isPaused())
         return;
-    m_job->advance(ReportPace);
+    if (m_retryLeft.count() > 0) {
+        m_retryLeft -= m_pace.intervalAsDuration();
+        return;
+    }
+    const bool wasPreparing = m_job->isPreparing();
+    m_job->advance(m_pace.intervalAsDuration());
+    if (wasPreparing) {
+        if (!m_job->isPreparing())
+            report(ReportKind::Enumerated);
+        return;
+    }
     report(ReportKind::Figures);
     if (m_job->isFinished())
         (void)endJob(JobStatus::Completed); // it can only fail without a job
@@ -125,8 +175,10 @@ void BackupDaemon::tick()
 
 void BackupDaemon::report(ReportKind kind)
 {
+    if (m_form == ReportForm::None)
+        return;
     QJsonObject message = m_job->report(kind);
-    if (m_nestReports) {
+    if (m_form == ReportForm::Nested) {
         QJsonObject data = message;
         data.remove(u"type");
         message = {{QStringLiteral("type"), message.value(u"type")}, {QStringLiteral("data"), data}};
@@ -171,8 +223,8 @@ void BackupDaemon::takeMessage(const QJsonObject &message)
     } else if (type == QLatin1StringView("FDAMessage")) {
         answerDiskAccess(data);
     } else if (type == QLatin1StringView("bandwidthThrottleChanged")) {
-        const QString limit = m_files.bandwidthThrottle(data.value(u"userName").toString());
-        printLine(QStringLiteral("-- bandwidth now \"%1\"").arg(limit));
+        const QString user = data.value(u"userName").toString();
+        applyBandwidth(user.isEmpty() ? m_files.signedInAccount() : user);
     } else if (type == QLatin1StringView("Shutdown")) {
         const bool cancelled = data.value(u"userResponseForShutdown").toString() == QLatin1StringView("1001");
         printLine(cancelled ? QStringLiteral("-- shutdown cancelled") : QStringLiteral("-- shutdown granted"));
@@ -206,7 +258,11 @@ void BackupDaemon::joinRunningJob()
     if (m_job->origin() == BackupJob::Origin::Schedule)
         sendToolTip(m_job->isPaused() ? QStringLiteral("Your Scheduled job is paused.")
                                       : QStringLiteral("Scheduled Backup is in progress."));
-    report(m_job->isPaused() ? ReportKind::Paused : ReportKind::Figures);
+    // A client that joins knows nothing of the job: it builds its view from these, and only then what a pause
+    // changes.
+    report(m_job->isPreparing() ? ReportKind::Started : ReportKind::Figures);
+    if (m_job->isPaused())
+        report(ReportKind::Paused);
 }
 
 void BackupDaemon::answerDiskAccess(const QJsonObject &data)

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <optional>
 
 /// The stand-in for the backup daemon: takes the monitor's messages and the console's commands, runs one job at
@@ -28,20 +29,32 @@ public:
 Q_SIGNALS:
     void quitRequested();
 
+private Q_SLOTS:
+    void didHear(const QString &name);
+
 private:
     /// @name Commands, in DaemonCommands.cpp
     void addJobCommands();
     void addMessageCommands();
+    void addReportCommands();
     void addFaultCommands();
     void addOwnCommands();
-    [[nodiscard]] CommandResult beginFromWords(const QStringList &words, BackupJob::Origin origin);
+    [[nodiscard]] CommandResult beginFromWords(const QStringList &words, BackupJob::Order order);
+    [[nodiscard]] CommandResult setPreparation(const QStringList &words);
+    [[nodiscard]] CommandResult retry(const QStringList &words);
+    [[nodiscard]] CommandResult setPace(const QStringList &words);
+    [[nodiscard]] CommandResult setReportForm(const QStringList &words);
+    [[nodiscard]] CommandResult sendOlderReport(const QStringList &words);
+    /// Changes what figures say, and reports them at once.
+    [[nodiscard]] CommandResult changeFigures(const std::function<void(BackupJob &job)> &change);
     void sendBurst(int count);
 
     /// @name The job
-    [[nodiscard]] CommandResult beginJob(const QString &account, BackupJob::Origin origin,
-                                         std::chrono::seconds length);
+    [[nodiscard]] CommandResult beginJob(const BackupJob::Order &order);
+    [[nodiscard]] QString reasonAgainst(const BackupJob::Order &order) const;
     [[nodiscard]] CommandResult setJobPaused(bool paused);
     [[nodiscard]] CommandResult endJob(JobStatus how);
+    void applyBandwidth(const QString &account);
     void tick();
     void report(ReportKind kind);
     void sendToolTip(const QString &message);
@@ -53,10 +66,15 @@ private:
     void joinRunningJob();
     void answerDiskAccess(const QJsonObject &data);
 
+    enum class ReportForm { Flat, Nested, None }; ///< nested: the keys inside a "data" object
+
+    PathTable m_table;
     DaemonFiles m_files;
     DaemonServer m_server;
     CommandTable m_commands;
     QTimer m_pace;
     std::optional<BackupJob> m_job;
-    bool m_nestReports = false; ///< reports carry their keys inside a "data" object
+    std::chrono::milliseconds m_preparation{2000}; ///< of each job: long enough to be seen
+    std::chrono::milliseconds m_retryLeft{0};      ///< no work is done meanwhile
+    ReportForm m_form = ReportForm::Flat;
 };

@@ -8,42 +8,85 @@
 namespace
 {
 struct SourceFile {
-    const char16_t *path;
+    const char16_t *path; ///< below the home folder of the account's owner
     const char16_t *size;
-    const char16_t *speed;
+    int speed; ///< KB/s over the whole line
 };
 
-/// The backup set of the demo account; the job walks through it once.
+/// The files that the reports name, one after the other through the job.
 constexpr std::array<SourceFile, 8> BackupSet = {{
-    {u"Documents/Household/Budget 2026.ods", u"184 KB", u"1.2 MB/s"},
-    {u"Documents/Letters/Landlord & lease.odt", u"62 KB", u"1.4 MB/s"},
-    {u"Pictures/2026-08 Asturias/IMG_2041.jpg", u"5.8 MB", u"4.7 MB/s"},
-    {u"Pictures/2026-08 Asturias/IMG_2042.jpg", u"6.1 MB", u"5.1 MB/s"},
-    {u"Pictures/\u5bb6\u65cf/\u904b\u52d5\u4f1a.mov", u"214.6 MB", u"8.3 MB/s"},
-    {u"Projects/Atlas/survey.gpkg", u"48.9 MB", u"7.9 MB/s"},
-    {u"Projects/Atlas/notes.md", u"12 KB", u"2.2 MB/s"},
-    {u"Mail/Archive/2025.mbox", u"96.3 MB", u"8.0 MB/s"},
+    {u"Documents/Household/Budget 2026.ods", u"184 KB", 1'200},
+    {u"Documents/Letters/Landlord & lease.odt", u"62 KB", 1'400},
+    {u"Pictures/2026-08 Asturias/IMG_2041.jpg", u"5.8 MB", 4'700},
+    {u"Pictures/2026-08 Asturias/IMG_2042.jpg", u"6.1 MB", 5'100},
+    {u"Pictures/\u5bb6\u65cf/\u904b\u52d5\u4f1a.mov", u"214.6 MB", 8'300},
+    {u"Projects/Atlas/survey.gpkg", u"48.9 MB", 7'900},
+    {u"Projects/Atlas/notes.md", u"12 KB", 2'200},
+    {u"Mail/Archive/2025.mbox", u"96.3 MB", 8'000},
 }};
+constexpr qint64 FilesInAll = 1'248; ///< the set names the larger of them
+constexpr int WholeLine = 100;
 
 QString clockText(std::chrono::milliseconds span)
 {
-    return QTime(0, 0).addMSecs(static_cast<int>(span.count())).toString(u"HH:mm:ss");
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(span).count();
+    return QString::asprintf("%02lld:%02lld:%02lld", static_cast<long long>(seconds / 3600),
+                             static_cast<long long>(seconds / 60 % 60), static_cast<long long>(seconds % 60));
+}
+
+/// What other programs of the product read in a report, by kind of job.
+struct KindWords {
+    int operationType;
+    int detailedType;
+    const char16_t *verb;
+    const char16_t *olderName;
+};
+
+KindWords wordsOf(JobKind kind)
+{
+    switch (kind) {
+    case JobKind::LocalBackup:
+        return {0, 8, u"Backing up", u"SchLocalBackup"};
+    case JobKind::Restore:
+        return {2, 0, u"Restoring", u"SchRestore"};
+    case JobKind::OnlineBackup:
+        break;
+    }
+    return {0, 0, u"Backing up", u"SchOnlineBackup"};
 }
 } // namespace
 
-BackupJob::BackupJob(QString account, Origin origin, std::chrono::milliseconds length)
-    : m_account(std::move(account)), m_origin(origin), m_length(std::max(length, std::chrono::milliseconds(1)))
+QString speedText(double kilobytesPerSecond)
 {
+    constexpr double KilobytesInMegabyte = 1000;
+    return kilobytesPerSecond < KilobytesInMegabyte
+               ? QString::asprintf("%.0f KB/s", kilobytesPerSecond)
+               : QString::asprintf("%.1f MB/s", kilobytesPerSecond / KilobytesInMegabyte);
+}
+
+BackupJob::BackupJob(Order order) : m_order(std::move(order))
+{
+    m_order.length = std::max(m_order.length, std::chrono::milliseconds(1));
 }
 
 const QString &BackupJob::account() const
 {
-    return m_account;
+    return m_order.account;
 }
 
 BackupJob::Origin BackupJob::origin() const
 {
-    return m_origin;
+    return m_order.origin;
+}
+
+JobKind BackupJob::kind() const
+{
+    return m_order.kind;
+}
+
+bool BackupJob::isPreparing() const
+{
+    return m_preparation.count() > 0;
 }
 
 bool BackupJob::isPaused() const
@@ -53,7 +96,7 @@ bool BackupJob::isPaused() const
 
 bool BackupJob::isFinished() const
 {
-    return m_elapsed >= m_length;
+    return m_worked >= m_order.length;
 }
 
 void BackupJob::setPaused(bool paused)
@@ -61,10 +104,35 @@ void BackupJob::setPaused(bool paused)
     m_paused = paused;
 }
 
+void BackupJob::setPreparation(std::chrono::milliseconds left)
+{
+    m_preparation = left;
+}
+
+void BackupJob::setBandwidth(int percent)
+{
+    if (m_order.kind == JobKind::OnlineBackup)
+        m_bandwidth = std::clamp(percent, 1, WholeLine);
+}
+
+void BackupJob::setFileName(std::optional<QString> name)
+{
+    m_fileName = std::move(name);
+}
+
+void BackupJob::setPercentage(std::optional<QString> text)
+{
+    m_percentage = std::move(text);
+}
+
 void BackupJob::advance(std::chrono::milliseconds by)
 {
-    if (!m_paused)
-        m_elapsed = std::min(m_elapsed + by, m_length);
+    if (m_paused)
+        return;
+    m_elapsed += by;
+    const auto listing = std::min(by, m_preparation);
+    m_preparation -= listing;
+    m_worked = std::min(m_worked + (by - listing) * m_bandwidth / WholeLine, m_order.length);
 }
 
 QJsonObject BackupJob::report(ReportKind kind) const
@@ -74,34 +142,57 @@ QJsonObject BackupJob::report(ReportKind kind) const
         data.insert(u"showPercentage", true);
     if (m_paused)
         data.insert(u"pauseState", true);
-    if (kind == ReportKind::Figures || kind == ReportKind::Paused || kind == ReportKind::Resumed)
+    if (!isPreparing() &&
+        (kind == ReportKind::Figures || kind == ReportKind::Paused || kind == ReportKind::Resumed))
         data.insert(u"progressData", figures());
+    const KindWords words = wordsOf(m_order.kind);
     return {{QStringLiteral("type"), QStringLiteral("operationProgress")},
-            {QStringLiteral("userName"), m_account},
-            {QStringLiteral("operationStartType"), static_cast<int>(m_origin)},
+            {QStringLiteral("userName"), m_order.account},
+            {QStringLiteral("operationStartType"), static_cast<int>(m_order.origin)},
             {QStringLiteral("progressType"), static_cast<int>(kind)},
-            {QStringLiteral("operationType"), 0},
-            {QStringLiteral("operationDetailedType"), 0},
+            {QStringLiteral("operationType"), words.operationType},
+            {QStringLiteral("operationDetailedType"), words.detailedType},
             {QStringLiteral("operationData"), data}};
+}
+
+QJsonObject BackupJob::olderReport(const QString &phase, const QString &destination) const
+{
+    QJsonObject data = figures();
+    if (!isPreparing())
+        data.insert(u"showPercentage", true);
+    if (m_paused)
+        data.insert(u"Pause", true);
+    QJsonObject message{{QStringLiteral("type"), QStringLiteral("Progress")},
+                        {QStringLiteral("data"), data},
+                        {QStringLiteral("State"), phase},
+                        {QStringLiteral("UserName"), m_order.account},
+                        {QStringLiteral("operation"), QString::fromUtf16(wordsOf(m_order.kind).olderName)}};
+    if (!destination.isEmpty())
+        message.insert(u"destination", destination);
+    return message;
 }
 
 QJsonObject BackupJob::figures() const
 {
-    const qsizetype total = static_cast<qsizetype>(BackupSet.size());
-    const qsizetype done = std::min<qsizetype>(percentage() * total / 100, total - 1);
-    const SourceFile &file = BackupSet[static_cast<std::size_t>(done)];
-    return {{QStringLiteral("percentage"), QString::number(percentage())},
-            {QStringLiteral("transferSpeed"), QString::fromUtf16(file.speed)},
-            {QStringLiteral("estimatedTime"), clockText(m_length - m_elapsed)},
-            {QStringLiteral("elapsedtime"), clockText(m_elapsed)},
-            {QStringLiteral("filename"), QString::fromUtf16(file.path)},
-            {QStringLiteral("tansferMode"), QStringLiteral("Uploading")},
-            {QStringLiteral("filesize"), QString::fromUtf16(file.size)},
-            {QStringLiteral("dedupRemainingFiles"), QString::number(total - done)},
-            {QStringLiteral("dedupCompletedFiles"), QString::number(done)}};
+    const auto share = [this](qint64 whole) { return whole * m_worked.count() / m_order.length.count(); };
+    const qint64 place = std::min<qint64>(share(BackupSet.size()), BackupSet.size() - 1);
+    const SourceFile &file = BackupSet[static_cast<std::size_t>(place)];
+    QJsonObject figures{
+        {QStringLiteral("percentage"), m_percentage.value_or(QString::number(share(100)))},
+        {QStringLiteral("transferSpeed"), speedText(double(file.speed) * m_bandwidth / WholeLine)},
+        {QStringLiteral("estimatedTime"), clockText((m_order.length - m_worked) * WholeLine / m_bandwidth)},
+        {QStringLiteral("elapsedtime"), clockText(m_elapsed)},
+        {QStringLiteral("filename"), m_fileName.value_or(fileName(file.path))},
+        {QStringLiteral("tansferMode"), QString::fromUtf16(wordsOf(m_order.kind).verb)},
+        {QStringLiteral("filesize"), QString::fromUtf16(file.size)}};
+    if (m_order.kind != JobKind::LocalBackup) {
+        figures.insert(u"dedupRemainingFiles", QString::number(FilesInAll - share(FilesInAll)));
+        figures.insert(u"dedupCompletedFiles", QString::number(share(FilesInAll)));
+    }
+    return figures;
 }
 
-int BackupJob::percentage() const
+QString BackupJob::fileName(const char16_t *path) const
 {
-    return static_cast<int>(100 * m_elapsed.count() / m_length.count());
+    return QStringLiteral("/home/%1/").arg(m_order.account.section(u'@', 0, 0)) + QString::fromUtf16(path);
 }

@@ -8,7 +8,6 @@
 
 namespace
 {
-constexpr std::chrono::seconds DefaultJobLength{20};
 constexpr int MaxBurst = 1'000'000;
 constexpr quint64 HugePayload = quint64(1) << 40;
 
@@ -18,19 +17,61 @@ QByteArray toolTipFrame(const QString &text)
                               {QStringLiteral("data"), QJsonObject{{QStringLiteral("message"), text}}}};
     return framed(QJsonDocument(message).toJson(QJsonDocument::Compact));
 }
+
+/// The name itself, or what stands behind one of the ready words.
+std::optional<QString> fileNameOf(const QString &word)
+{
+    constexpr qsizetype TenMegabytes = 10'000'000;
+    if (word.isEmpty())
+        return std::nullopt;
+    if (word == QLatin1StringView("long"))
+        return QStringLiteral("/home/ana/") + QStringLiteral("Reports of the northern branch/").repeated(12) +
+               QStringLiteral("summary (final).pdf");
+    if (word == QLatin1StringView("rtl")) // names from right to left, and one that turns its ending around
+        return QStringLiteral(u"/home/ana/\u05de\u05e1\u05de\u05db\u05d9\u05dd/"
+                              "\u0645\u064a\u0632\u0627\u0646\u064a\u0629 2026/photo\u202egpj.exe");
+    if (word == QLatin1StringView("emoji")) // joined ones among them, which only look like one character
+        return QStringLiteral(u"/home/ana/Pictures/\U0001f382 Ana/\U0001f468\u200d\U0001f469\u200d\U0001f467 "
+                              "\U0001f3f3\ufe0f\u200d\U0001f308.jpg");
+    if (word == QLatin1StringView("10MB"))
+        return QStringLiteral("/home/ana/") + QString(TenMegabytes, u'x');
+    return word;
+}
+
+std::optional<double> numberOf(const QStringList &words)
+{
+    bool isNumber = false;
+    const double number = words.value(0).toDouble(&isNumber);
+    return isNumber && words.size() == 1 ? std::optional(number) : std::nullopt;
+}
+
+std::optional<double> secondsOf(const QStringList &words)
+{
+    constexpr double Longest = 3600;
+    const auto seconds = numberOf(words);
+    return seconds && *seconds >= 0 && *seconds <= Longest ? seconds : std::nullopt;
+}
 } // namespace
 
 void BackupDaemon::addJobCommands()
 {
     m_commands.add(QStringLiteral("job"),
                    QStringLiteral("job [ACCOUNT] [SECONDS]       run the next scheduled backup"),
+                   [this](const QStringList &words, const QString &) { return beginFromWords(words, {}); });
+    m_commands.add(QStringLiteral("job local"),
+                   QStringLiteral("job local [ACCOUNT] [SECONDS]    one to a disk of this machine"),
                    [this](const QStringList &words, const QString &) {
-                       return beginFromWords(words, BackupJob::Origin::Schedule);
+                       return beginFromWords(words, {.kind = JobKind::LocalBackup});
+                   });
+    m_commands.add(QStringLiteral("job restore"),
+                   QStringLiteral("job restore [ACCOUNT] [SECONDS]  a scheduled restore"),
+                   [this](const QStringList &words, const QString &) {
+                       return beginFromWords(words, {.kind = JobKind::Restore});
                    });
     m_commands.add(QStringLiteral("interactive"),
                    QStringLiteral("interactive [ACCOUNT] [SECONDS]  run a backup started by hand"),
                    [this](const QStringList &words, const QString &) {
-                       return beginFromWords(words, BackupJob::Origin::Interactive);
+                       return beginFromWords(words, {.origin = BackupJob::Origin::Interactive});
                    });
     m_commands.add(QStringLiteral("pause"),
                    QStringLiteral("pause                         pause the running job"),
@@ -40,13 +81,9 @@ void BackupDaemon::addJobCommands()
     m_commands.add(QStringLiteral("stop"),
                    QStringLiteral("stop                          end it before its time"),
                    [this](const QStringList &, const QString &) { return endJob(JobStatus::Cancelled); });
-    m_commands.add(QStringLiteral("retry"), QStringLiteral("retry                         report a retry"),
-                   [this](const QStringList &, const QString &) {
-                       if (!m_job)
-                           return CommandResult::failed(QStringLiteral("no job is running"));
-                       report(ReportKind::Retrying);
-                       return CommandResult::ok();
-                   });
+    m_commands.add(QStringLiteral("retry"),
+                   QStringLiteral("retry [SECONDS]               report a retry; work goes on after it"),
+                   [this](const QStringList &words, const QString &) { return retry(words); });
 }
 
 void BackupDaemon::addMessageCommands()
@@ -76,15 +113,41 @@ void BackupDaemon::addMessageCommands()
     m_commands.add(
         QStringLiteral("remote resume"), QStringLiteral("remote resume                 ask it to resume"),
         [remote](const QStringList &, const QString &) { return remote(QStringLiteral("SetResumeState")); });
+}
+
+void BackupDaemon::addReportCommands()
+{
     m_commands.add(QStringLiteral("reports"),
-                   QStringLiteral("reports flat|nested           where progress reports carry their keys"),
+                   QStringLiteral("reports flat|nested|none      where progress reports carry their keys"),
+                   [this](const QStringList &words, const QString &) { return setReportForm(words); });
+    m_commands.add(QStringLiteral("pace"),
+                   QStringLiteral("pace COUNT                    reports a second, 4 at first"),
+                   [this](const QStringList &words, const QString &) { return setPace(words); });
+    m_commands.add(QStringLiteral("prepare"),
+                   QStringLiteral("prepare SECONDS               how long a job lists its files; 0: no more"),
+                   [this](const QStringList &words, const QString &) { return setPreparation(words); });
+    m_commands.add(
+        QStringLiteral("file"),
+        QStringLiteral("file NAME|long|rtl|emoji|10MB what figures call the file; no name: the set's"),
+        [this](const QStringList &, const QString &rest) {
+            return changeFigures([&rest](BackupJob &job) { job.setFileName(fileNameOf(rest)); });
+        });
+    m_commands.add(QStringLiteral("ahead"),
+                   QStringLiteral("ahead SECONDS                 the job is that much further on"),
                    [this](const QStringList &words, const QString &) {
-                       if (words != QStringList{QStringLiteral("flat")} &&
-                           words != QStringList{QStringLiteral("nested")})
-                           return CommandResult::failed(QStringLiteral("flat or nested"));
-                       m_nestReports = words.first() == QLatin1StringView("nested");
-                       return CommandResult::ok();
+                       const std::chrono::seconds by(std::max(0, words.value(0).toInt()));
+                       return changeFigures([by](BackupJob &job) { job.advance(by); });
                    });
+    m_commands.add(
+        QStringLiteral("percent"),
+        QStringLiteral("percent TEXT                  what they say as percentage; no text: the job's"),
+        [this](const QStringList &, const QString &rest) {
+            const auto text = rest.isEmpty() ? std::nullopt : std::optional(rest);
+            return changeFigures([&text](BackupJob &job) { job.setPercentage(text); });
+        });
+    m_commands.add(QStringLiteral("legacy"),
+                   QStringLiteral("legacy PHASE [DESTINATION]    a report of the older form"),
+                   [this](const QStringList &words, const QString &) { return sendOlderReport(words); });
 }
 
 void BackupDaemon::addFaultCommands()
@@ -143,6 +206,16 @@ void BackupDaemon::addFaultCommands()
 
 void BackupDaemon::addOwnCommands()
 {
+    m_commands.add(QStringLiteral("state"),
+                   QStringLiteral("state                         preparing, running, paused or none"),
+                   [this](const QStringList &, const QString &) {
+                       if (!m_job)
+                           return CommandResult::ok(QStringLiteral("none"));
+                       if (m_job->isPaused())
+                           return CommandResult::ok(QStringLiteral("paused"));
+                       return CommandResult::ok(m_job->isPreparing() ? QStringLiteral("preparing")
+                                                                     : QStringLiteral("running"));
+                   });
     m_commands.add(QStringLiteral("clients"),
                    QStringLiteral("clients                       how many are connected"),
                    [this](const QStringList &, const QString &) {
@@ -162,21 +235,87 @@ void BackupDaemon::addOwnCommands()
                    });
 }
 
-CommandResult BackupDaemon::beginFromWords(const QStringList &words, BackupJob::Origin origin)
+CommandResult BackupDaemon::beginFromWords(const QStringList &words, BackupJob::Order order)
 {
-    QString account = m_files.signedInAccount();
-    std::chrono::seconds length = DefaultJobLength;
+    order.account = m_files.signedInAccount();
     for (const QString &word : words) {
         bool isNumber = false;
         const int seconds = word.toInt(&isNumber);
         if (!isNumber)
-            account = word;
+            order.account = word;
         else if (seconds > 0)
-            length = std::chrono::seconds(seconds);
+            order.length = std::chrono::seconds(seconds);
         else
             return CommandResult::failed(QStringLiteral("a job takes at least one second"));
     }
-    return beginJob(account, origin, length);
+    return beginJob(order);
+}
+
+CommandResult BackupDaemon::setPreparation(const QStringList &words)
+{
+    const auto seconds = secondsOf(words);
+    if (!seconds)
+        return CommandResult::failed(QStringLiteral("needs a number of seconds"));
+    m_preparation = std::chrono::milliseconds(static_cast<int>(*seconds * 1000));
+    if (m_job && m_job->isPreparing()) {
+        m_job->setPreparation(m_preparation);
+        if (!m_job->isPreparing())
+            report(ReportKind::Enumerated);
+    }
+    return CommandResult::ok();
+}
+
+CommandResult BackupDaemon::retry(const QStringList &words)
+{
+    constexpr double Usual = 2;
+    const auto seconds = words.isEmpty() ? std::optional(Usual) : secondsOf(words);
+    if (!m_job || !seconds)
+        return CommandResult::failed(QStringLiteral("needs a running job, and a number of seconds if any"));
+    m_retryLeft = std::chrono::milliseconds(static_cast<int>(*seconds * 1000));
+    report(ReportKind::Retrying);
+    return CommandResult::ok();
+}
+
+CommandResult BackupDaemon::setPace(const QStringList &words)
+{
+    constexpr double Fastest = 50;
+    const auto count = numberOf(words);
+    if (!count || *count < 1 || *count > Fastest)
+        return CommandResult::failed(QStringLiteral("needs 1 to %1 reports a second").arg(Fastest));
+    m_pace.setInterval(std::chrono::milliseconds(static_cast<int>(1000 / *count)));
+    return CommandResult::ok();
+}
+
+CommandResult BackupDaemon::setReportForm(const QStringList &words)
+{
+    static const QStringList names{QStringLiteral("flat"), QStringLiteral("nested"), QStringLiteral("none")};
+    const qsizetype form = names.indexOf(words.join(u' '));
+    if (form < 0)
+        return CommandResult::failed(QStringLiteral("flat, nested or none"));
+    m_form = static_cast<ReportForm>(form);
+    return CommandResult::ok();
+}
+
+CommandResult BackupDaemon::sendOlderReport(const QStringList &words)
+{
+    static const QStringList phases{QStringLiteral("Start"), QStringLiteral("SizeCalculated"),
+                                    QStringLiteral("InProgress"), QStringLiteral("Success"),
+                                    QStringLiteral("Retry")};
+    if (!m_job || !phases.contains(words.value(0)))
+        return CommandResult::failed(QStringLiteral("needs a running job, and one of ") +
+                                     phases.join(QStringLiteral(", ")));
+    m_server.send(m_job->olderReport(words.first(), words.value(1)));
+    return CommandResult::ok();
+}
+
+CommandResult BackupDaemon::changeFigures(const std::function<void(BackupJob &job)> &change)
+{
+    if (!m_job)
+        return CommandResult::failed(QStringLiteral("no job is running"));
+    change(*m_job);
+    if (!m_job->isPreparing())
+        report(ReportKind::Figures);
+    return CommandResult::ok();
 }
 
 void BackupDaemon::sendBurst(int count)

@@ -1,5 +1,6 @@
 #include "Companions/BackupDaemon/DaemonFiles.h"
 
+#include "Companions/BackupDaemon/Throttle.h"
 #include "Companions/Common/Notifications.h"
 #include "Companions/Common/PropertyList.h"
 
@@ -72,21 +73,24 @@ bool DaemonFiles::setPauseMarker(const QString &account, bool paused)
     return writeWholeFile(folder + QStringLiteral("/pause.txt"), paused ? "1" : "0");
 }
 
-QString DaemonFiles::bandwidthThrottle(const QString &account) const
+int DaemonFiles::bandwidth(const QString &account) const
 {
-    return readTextFile(throttlePath(account));
+    const QVariant preferences = readPropertyList(m_table.path(QStringLiteral("DeamonPreferencePath")));
+    return allowedBandwidth(preferences.toMap().value(account).toMap());
 }
 
-std::optional<ScheduleRecord> DaemonFiles::scheduleFor(const QString &account) const
+std::optional<ScheduleRecord> DaemonFiles::scheduleFor(const QString &account,
+                                                       std::optional<JobKind> kind) const
 {
     const Records records = readSchedules(m_table.path(QStringLiteral("SchedulerSettingsFile")));
-    const auto found = findSchedule(records, account);
+    const auto found = findSchedule(records, account, kind);
     if (found == records.cend())
         return std::nullopt;
     return *found;
 }
 
-bool DaemonFiles::setScheduleStatus(const QString &account, JobStatus status, const QDateTime &now)
+bool DaemonFiles::setScheduleStatus(const QString &account, JobStatus status, const QDateTime &now,
+                                    std::optional<JobKind> kind)
 {
     const QString path = m_table.path(QStringLiteral("SchedulerSettingsFile"));
     Records records = readSchedules(path);
@@ -94,7 +98,7 @@ bool DaemonFiles::setScheduleStatus(const QString &account, JobStatus status, co
         std::find_if(records.cbegin(), records.cend(), [&account](const ScheduleRecord &record) {
             return record.value(AccountKey) == account && hasStatus(record, JobStatus::InProgress);
         });
-    const auto found = running != records.cend() ? running : findSchedule(records, account);
+    const auto found = running != records.cend() ? running : findSchedule(records, account, kind);
     if (found == records.cend())
         return false;
     const auto place = records.begin() + (found - records.cbegin());
@@ -129,12 +133,15 @@ bool DaemonFiles::announceScheduleChange() const
     return postNotification(m_table.value(QStringLiteral("UpdateImmediateScheduleToolTip")));
 }
 
-DaemonFiles::Records::const_iterator DaemonFiles::findSchedule(const Records &records, const QString &account)
+DaemonFiles::Records::const_iterator DaemonFiles::findSchedule(const Records &records, const QString &account,
+                                                               std::optional<JobKind> kind)
 {
     const QString login = loginName();
     auto best = records.cend();
     for (auto record = records.cbegin(); record != records.cend(); ++record) {
         if (record->value(AccountKey) != account || record->value(QStringLiteral("profileName")) != login)
+            continue;
+        if (kind && kindOf(*record) != *kind)
             continue;
         const bool repeats = frequencyOf(*record) != Frequency::Once;
         const bool betterKind = best == records.cend() || (repeats && frequencyOf(*best) == Frequency::Once);

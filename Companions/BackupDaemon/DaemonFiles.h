@@ -39,16 +39,18 @@ public:
 
     bool setPauseMarker(const QString &account, bool paused);
 
-    /// The bandwidth that the user allows, as stored; empty when nothing is stored.
-    [[nodiscard]] QString bandwidthThrottle(const QString &account) const;
+    /// The part of the line that the user allows the account's backups, 1 to 100 percent.
+    [[nodiscard]] int bandwidth(const QString &account) const;
 
     /// The schedule of this login that a job for `account` runs under: the repeating one that is due first,
-    /// else an immediate one.
-    [[nodiscard]] std::optional<ScheduleRecord> scheduleFor(const QString &account) const;
+    /// else an immediate one; of one kind, or of any.
+    [[nodiscard]] std::optional<ScheduleRecord> scheduleFor(const QString &account,
+                                                            std::optional<JobKind> kind = {}) const;
 
-    /// Gives that schedule another status. With an end (`Completed`, `Cancelled`) it moves to its next time
-    /// after `now`, and an immediate job, which has none, leaves the archive.
-    bool setScheduleStatus(const QString &account, JobStatus status, const QDateTime &now);
+    /// Gives that schedule, or the one that is running, another status. With an end (`Completed`, `Cancelled`)
+    /// it moves to its next time after `now`, and an immediate job, which has none, leaves the archive.
+    bool setScheduleStatus(const QString &account, JobStatus status, const QDateTime &now,
+                           std::optional<JobKind> kind = {});
 
     /// Puts right what a daemon that died in the middle of a job has left.
     void clearStaleState(const QDateTime &now);
@@ -59,7 +61,8 @@ public:
 private:
     using Records = std::vector<ScheduleRecord>;
 
-    [[nodiscard]] static Records::const_iterator findSchedule(const Records &records, const QString &account);
+    [[nodiscard]] static Records::const_iterator findSchedule(const Records &records, const QString &account,
+                                                              std::optional<JobKind> kind);
     [[nodiscard]] QString throttlePath(const QString &account) const;
 
     PathTable m_table;

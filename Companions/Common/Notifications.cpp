@@ -3,11 +3,21 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 
+namespace
+{
+const QString Path = QStringLiteral("/com/halvernet/Corvane/DistributedNotifications");
+const QString Interface = QStringLiteral("com.halvernet.Corvane.DistributedNotifications");
+const QString Signal = QStringLiteral("Posted");
+} // namespace
+
 bool postNotification(const QString &name, const QString &object, const QVariantMap &userInfo)
 {
-    QDBusMessage posted = QDBusMessage::createSignal(
-        QStringLiteral("/com/halvernet/Corvane/DistributedNotifications"),
-        QStringLiteral("com.halvernet.Corvane.DistributedNotifications"), QStringLiteral("Posted"));
+    QDBusMessage posted = QDBusMessage::createSignal(Path, Interface, Signal);
     posted << name << object << userInfo;
     return QDBusConnection::sessionBus().send(posted);
+}
+
+bool hearNotifications(QObject *receiver, const char *slot)
+{
+    return QDBusConnection::sessionBus().connect(QString(), Path, Interface, Signal, receiver, slot);
 }

@@ -227,6 +227,14 @@ std::vector<ScheduleRecord> readSchedules(const QString &path)
     return unarchiveSchedules(file.readAll()).value_or(std::vector<ScheduleRecord>{});
 }
 
+JobKind kindOf(const ScheduleRecord &record)
+{
+    if (record.value(QStringLiteral("scheduleType")).toInt() == 1)
+        return JobKind::Restore;
+    return record.value(QStringLiteral("backupType")).toInt() == 1 ? JobKind::LocalBackup
+                                                                   : JobKind::OnlineBackup;
+}
+
 bool writeSchedules(const QString &path, const std::vector<ScheduleRecord> &records)
 {
     return writeWholeFile(path, archiveSchedules(records));

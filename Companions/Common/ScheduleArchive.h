@@ -18,6 +18,10 @@ enum class JobStatus { YetToStart = 0, InProgress = 1, Cancelled = 2, Completed 
 /// Values of "frequency".
 enum class Frequency { Once = 0, Hourly = 1, Daily = 2, Weekly = 3, Monthly = 4, Weekdays = 5, None = 6 };
 
+/// What a scheduled job does, by its `scheduleType` and `backupType`.
+enum class JobKind { OnlineBackup, LocalBackup, Restore };
+[[nodiscard]] JobKind kindOf(const ScheduleRecord &record);
+
 /// The records as a keyed archive in its binary property-list form, under the top-level key "Schedules": the
 /// file that every program of the product reads. Dates are written to the millisecond.
 [[nodiscard]] QByteArray archiveSchedules(const std::vector<ScheduleRecord> &records);

@@ -103,10 +103,12 @@ void Child::readLines()
     while (m_process.canReadLine() || (!isRunning() && m_process.bytesAvailable() > 0)) {
         const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
         const QString word = line.section(u' ', 0, 0);
-        if (word == QLatin1StringView("ok") || word == QLatin1StringView("error"))
+        if (word == QLatin1StringView("ok") || word == QLatin1StringView("error")) {
             Q_EMIT answered(word == QLatin1StringView("ok"), line.section(u' ', 1));
-        else
+        } else {
             printLine(QStringLiteral("[%1] %2").arg(m_name, line));
+            Q_EMIT printed(line);
+        }
     }
 }
 

@@ -32,6 +32,8 @@ public:
 
 Q_SIGNALS:
     void answered(bool done, const QString &text);
+    /// A line that is no answer.
+    void printed(const QString &line);
     void ended();
 
 private:

@@ -9,12 +9,13 @@ constexpr std::chrono::seconds AnswerLimit{10};
 constexpr std::chrono::milliseconds PollPace{100};
 
 /// First words of the commands that a companion answers.
-constexpr std::array<const char *, 17> DaemonWords = {
-    "job",     "interactive", "pause",     "resume",    "stop", "retry", "tooltip", "send",   "remote",
-    "reports", "garbage",     "truncated", "oversized", "slow", "burst", "drop",    "clients"};
-constexpr std::array<const char *, 14> ApplicationWords = {
-    "sign",      "account",   "quota", "plan",  "engine",   "thin",       "schedule",
-    "immediate", "schedules", "jobs",  "clear", "language", "appearance", "notify"};
+constexpr std::array<const char *, 24> DaemonWords = {
+    "job",     "interactive", "pause",   "resume",    "stop",      "retry", "tooltip", "send",
+    "remote",  "reports",     "garbage", "truncated", "oversized", "slow",  "burst",   "drop",
+    "clients", "pace",        "prepare", "file",      "percent",   "ahead", "legacy",  "state"};
+constexpr std::array<const char *, 15> ApplicationWords = {
+    "sign",      "account", "quota", "plan",     "engine",     "thin",   "schedule", "immediate",
+    "schedules", "jobs",    "clear", "language", "appearance", "notify", "throttle"};
 
 template<typename Words>
 bool contains(const Words &words, const QString &word)
@@ -45,6 +46,8 @@ Console::Console(ConsoleSettings settings, OnFailure onFailure, QObject *parent)
     addProgramCommands();
     addLifeCommands();
     addWatchCommands();
+    addWindowCommands();
+    connect(&m_daemon, &Child::printed, this, [this](const QString &line) { m_daemonLines.add(line); });
     m_deadline.setSingleShot(true);
     m_poll.setInterval(PollPace);
 }

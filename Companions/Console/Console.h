@@ -3,7 +3,9 @@
 #include "Companions/Common/Commands.h"
 #include "Companions/Console/Child.h"
 #include "Companions/Console/MenuProbe.h"
+#include "Companions/Console/SeenLines.h"
 #include "Companions/Console/StatusItemProbe.h"
+#include "Companions/Console/WindowProbe.h"
 
 #include <QQueue>
 #include <QTimer>
@@ -17,7 +19,7 @@ struct ConsoleSettings {
     QString companionsFolder; ///< the daemons and the main application
     QString monitor;          ///< executable of the monitor
     QString table;            ///< path table for the companions; empty for their own search
-    QString screenshotTool;   ///< program that is given the picture file to write, and tip or menu
+    QString screenshotTool;   ///< program that is given the picture file to write, and tip, menu or window ID
     QString picturePrefix;    ///< goes before the name of each picture
     QString outFolder;        ///< where pictures go
 };
@@ -104,7 +106,23 @@ private:
     void expectFile(const QString &text);
     void show(const QString &what);
     void clickItem(const QString &title);
-    void takePicture(const QString &what, const QString &name);
+    void takePicture(const QStringList &what, const QString &name);
+    /// @}
+
+    /// @name Windows and the daemon's part, in ConsoleWindows.cpp
+    /// @{
+    void addWindowCommands();
+    [[nodiscard]] QList<DesktopWindow> monitorWindows() const;
+    void expectWindow(const QString &text);
+    void expectNoWindow(const QString &text);
+    void expectWindowText(const QString &text);
+    void expectNoWindowText(const QString &text);
+    [[nodiscard]] QStringList windowTexts() const;
+    void typeKeys(const QStringList &keys);
+    void pictureWindow(const QString &name);
+    void expectDaemonLine(const QString &text);
+    void expectNoDaemonLine(const QString &text);
+    void expectJob(const QString &text);
     /// @}
 
     ConsoleSettings m_settings;
@@ -122,6 +140,7 @@ private:
     QTimer m_poll;                  ///< of a command that watches
     QMetaObject::Connection m_wait; ///< to the signal that ends the command
     QString m_lastToolTip;          ///< as the last watching command left it
+    SeenLines m_daemonLines;
     bool m_busy = false;
     bool m_endAfterQueue = false;
 };

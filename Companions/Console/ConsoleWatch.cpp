@@ -56,27 +56,31 @@ void Console::addWatchCommands()
                });
     addCommand(QStringLiteral("expect"),
                QStringLiteral("expect tooltip TEXT | new tooltip | menu LINE | no menu TITLE | file KEY TEXT | "
-                              "application | monitor ended; each with [SECONDS]"),
+                              "application | monitor ended | [no] window [TITLE] | [no] window text TEXT | "
+                              "[no] daemon TEXT | job preparing|running|paused|none; each with [SECONDS]"),
                [this](const QStringList &words, const QString &rest) { runExpect(words, rest); });
     addCommand(QStringLiteral("show"),
                QStringLiteral("show tooltip|menu             as the desktop's host is told it"),
                [this](const QStringList &words, const QString &) { show(words.value(0)); });
     addCommand(QStringLiteral("click"),
-               QStringLiteral("click TITLE                   on an item of the menu, as the host passes it on"),
+               QStringLiteral("click TITLE [| TITLE...]      on an item of the menu, as the host passes it on"),
                [this](const QStringList &, const QString &rest) { clickItem(rest); });
     addCommand(QStringLiteral("screenshot"),
                QStringLiteral("screenshot NAME               of the panel and the tool tip"),
                [this](const QStringList &words, const QString &) {
-                   takePicture(QStringLiteral("tip"), words.value(0));
+                   takePicture({QStringLiteral("tip")}, words.value(0));
                });
-    addCommand(QStringLiteral("picture"),
-               QStringLiteral("picture menu NAME             of the panel and the open menu"),
-               [this](const QStringList &words, const QString &) {
-                   if (words.value(0) == QLatin1StringView("menu"))
-                       takePicture(QStringLiteral("menu"), words.value(1));
-                   else
-                       finish(CommandResult::failed(QStringLiteral("a picture of what?")));
-               });
+    addCommand(
+        QStringLiteral("picture"),
+        QStringLiteral("picture menu|window NAME      of the open menu, of the monitor's topmost window"),
+        [this](const QStringList &words, const QString &) {
+            if (words.value(0) == QLatin1StringView("menu"))
+                takePicture({QStringLiteral("menu")}, words.value(1));
+            else if (words.value(0) == QLatin1StringView("window"))
+                pictureWindow(words.value(1));
+            else
+                finish(CommandResult::failed(QStringLiteral("a picture of what?")));
+        });
     addCommand(QStringLiteral("help"), QStringLiteral("help"),
                [this](const QStringList &, const QString &) { printHelp(); });
     addCommand(QStringLiteral("quit"), QStringLiteral("quit"), [this](const QStringList &, const QString &) {
@@ -100,6 +104,14 @@ void Console::runExpect(const QStringList &words, const QString &rest)
         {{QStringLiteral("file")}, &Console::expectFile},
         {{QStringLiteral("application")}, &Console::expectApplication},
         {{QStringLiteral("monitor"), QStringLiteral("ended")}, &Console::expectMonitorEnded},
+        {{QStringLiteral("window"), QStringLiteral("text")}, &Console::expectWindowText},
+        {{QStringLiteral("window")}, &Console::expectWindow},
+        {{QStringLiteral("no"), QStringLiteral("window"), QStringLiteral("text")},
+         &Console::expectNoWindowText},
+        {{QStringLiteral("no"), QStringLiteral("window")}, &Console::expectNoWindow},
+        {{QStringLiteral("daemon")}, &Console::expectDaemonLine},
+        {{QStringLiteral("no"), QStringLiteral("daemon")}, &Console::expectNoDaemonLine},
+        {{QStringLiteral("job")}, &Console::expectJob},
     };
     for (const auto &expectation : expectations) {
         const auto count = expectation.words.size();
@@ -205,6 +217,8 @@ void Console::expectFile(const QString &text)
 
 void Console::show(const QString &what)
 {
+    if (what == QLatin1StringView("progress")) // the application's user has a button for it
+        return forward(m_application, QStringLiteral("show progress"));
     if (what == QLatin1StringView("menu")) {
         const auto entries = openMenu();
         return finish(entries ? CommandResult::ok(textOf(*entries)) : noMenu());
@@ -215,13 +229,17 @@ void Console::show(const QString &what)
 
 void Console::clickItem(const QString &title)
 {
-    watch(Wanted::DefaultLimit, [this, title] {
+    QStringList titles; // the same item in several languages
+    for (const QString &one : title.split(u'|'))
+        titles.append(one.trimmed());
+    watch(Wanted::DefaultLimit, [this, titles] {
         const auto menu = m_probe.menu();
         const auto entries = menu ? MenuProbe::open(*menu) : std::nullopt;
         if (!entries)
             return noMenu();
-        const auto found = std::find_if(entries->begin(), entries->end(),
-                                        [&title](const MenuEntry &entry) { return entry.title == title; });
+        const auto found = std::find_if(entries->begin(), entries->end(), [&titles](const MenuEntry &entry) {
+            return titles.contains(entry.title);
+        });
         if (found == entries->end() || found->isSeparator || !found->isEnabled)
             return CommandResult::failed(QStringLiteral("no such item to click; the menu is:") +
                                          textOf(*entries));
@@ -231,7 +249,7 @@ void Console::clickItem(const QString &title)
     });
 }
 
-void Console::takePicture(const QString &what, const QString &name)
+void Console::takePicture(const QStringList &what, const QString &name)
 {
     if (name.isEmpty() || m_settings.screenshotTool.isEmpty())
         return finish(CommandResult::failed(QStringLiteral("needs a name and a screenshot tool")));
@@ -245,5 +263,5 @@ void Console::takePicture(const QString &what, const QString &name)
     });
     connect(tool, &QProcess::errorOccurred, tool, &QObject::deleteLater);
     finishAfter(ScreenshotLimit, QStringLiteral("the screenshot tool does not end"));
-    tool->start(m_settings.screenshotTool, {file, what});
+    tool->start(m_settings.screenshotTool, QStringList{file} + what);
 }

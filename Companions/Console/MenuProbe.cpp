@@ -2,6 +2,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDateTime>
@@ -97,5 +98,6 @@ bool MenuProbe::click(const BusAddress &menu, int id)
     const QDBusMessage answer =
         call(menu, QStringLiteral("Event"),
              {id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(QString())), now});
-    return answer.type() == QDBusMessage::ReplyMessage;
+    // An item that asks a question answers when the question is answered.
+    return answer.type() == QDBusMessage::ReplyMessage || QDBusError(answer).type() == QDBusError::NoReply;
 }

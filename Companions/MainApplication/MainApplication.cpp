@@ -53,10 +53,12 @@ std::optional<QDateTime> timeFromWord(const QString &word, const QDateTime &now)
 } // namespace
 
 MainApplication::MainApplication(PathTable table)
-    : m_table(table), m_accounts(table), m_schedules(table.path(QStringLiteral("SchedulerSettingsFile")))
+    : m_table(table), m_accounts(table), m_schedules(table.path(QStringLiteral("SchedulerSettingsFile"))),
+      m_throttle(table.path(QStringLiteral("DeamonPreferencePath")))
 {
     addAccountCommands();
     addScheduleCommands();
+    addThrottleCommands();
     addSettingsCommands();
 }
 
@@ -145,8 +147,30 @@ void MainApplication::addScheduleCommands()
                    });
 }
 
+void MainApplication::addThrottleCommands()
+{
+    m_commands.add(QStringLiteral("throttle"),
+                   QStringLiteral("throttle PERCENT              what backups may use of the line"),
+                   [this](const QStringList &words, const QString &) { return setBandwidth(words); });
+    m_commands.add(QStringLiteral("throttle auto"),
+                   QStringLiteral("throttle auto on|off          less while somebody works here"),
+                   [this](const QStringList &words, const QString &) { return setAutoPause(words); });
+    m_commands.add(QStringLiteral("throttle show"),
+                   QStringLiteral("throttle show                 the settings shared with the daemon"),
+                   [this](const QStringList &, const QString &) {
+                       const QString settings = m_throttle.describe(m_accounts.signedInAccount());
+                       return settings.isEmpty() ? CommandResult::failed(QStringLiteral("there are none"))
+                                                 : CommandResult::ok(settings);
+                   });
+}
+
 void MainApplication::addSettingsCommands()
 {
+    m_commands.add(QStringLiteral("show progress"),
+                   QStringLiteral("show progress                 have the monitor show the scheduled job"),
+                   [this](const QStringList &, const QString &) {
+                       return announce(true, QStringLiteral("ShowSchedulerProgress"));
+                   });
     m_commands.add(QStringLiteral("language"), QStringLiteral("language en|es|ja"),
                    [this](const QStringList &words, const QString &) { return setLanguage(words); });
     m_commands.add(QStringLiteral("appearance"),
@@ -171,7 +195,28 @@ CommandResult MainApplication::signIn(const QStringList &words)
     account.name = words.first();
     if (words.size() > 1)
         account.plan = words.at(1);
-    return announce(m_accounts.signIn(account), QStringLiteral("EnablePreferencesNotification"));
+    return announce(m_throttle.fillIn(account.name) && m_accounts.signIn(account),
+                    QStringLiteral("EnablePreferencesNotification"));
+}
+
+CommandResult MainApplication::setBandwidth(const QStringList &words)
+{
+    constexpr int All = 100;
+    const QString account = m_accounts.signedInAccount();
+    bool isNumber = false;
+    const int percent = words.value(0).toInt(&isNumber);
+    if (account.isEmpty() || words.size() != 1 || !isNumber || percent < 0 || percent > All)
+        return CommandResult::failed(QStringLiteral("needs a signed-in account, and 0 to %1").arg(All));
+    return announce(m_throttle.setBandwidth(account, percent), QStringLiteral("updateBandwidthMacInUseValue"));
+}
+
+CommandResult MainApplication::setAutoPause(const QStringList &words)
+{
+    const QString account = m_accounts.signedInAccount();
+    const bool on = words == QStringList{QStringLiteral("on")};
+    if (account.isEmpty() || (!on && words != QStringList{QStringLiteral("off")}))
+        return CommandResult::failed(QStringLiteral("needs a signed-in account, and on or off"));
+    return announce(m_throttle.setAutoPause(account, on), QStringLiteral("updateBandwidthMacInUseValue"));
 }
 
 CommandResult MainApplication::addSchedule(const QStringList &words)

@@ -3,6 +3,7 @@
 #include "Companions/Common/Commands.h"
 #include "Companions/MainApplication/AccountFiles.h"
 #include "Companions/MainApplication/ScheduleBook.h"
+#include "Companions/MainApplication/ThrottleSettings.h"
 
 /// The stand-in for the main desktop application: signs in and out, keeps the schedules, the quota figures and
 /// the settings, and posts the notifications that the rest of the product listens to.
@@ -17,6 +18,7 @@ public:
 private:
     void addAccountCommands();
     void addScheduleCommands();
+    void addThrottleCommands();
     void addSettingsCommands();
 
     [[nodiscard]] CommandResult signIn(const QStringList &words);
@@ -24,6 +26,8 @@ private:
     [[nodiscard]] CommandResult scheduleImmediate(const QStringList &words);
     [[nodiscard]] CommandResult switchJobs(const QStringList &words);
     [[nodiscard]] CommandResult setQuota(const QStringList &words);
+    [[nodiscard]] CommandResult setBandwidth(const QStringList &words);
+    [[nodiscard]] CommandResult setAutoPause(const QStringList &words);
     [[nodiscard]] CommandResult setLanguage(const QStringList &words);
     [[nodiscard]] CommandResult setAppearance(const QStringList &words);
     [[nodiscard]] CommandResult notify(const QStringList &words);
@@ -35,5 +39,6 @@ private:
     PathTable m_table;
     AccountFiles m_accounts;
     ScheduleBook m_schedules;
+    ThrottleSettings m_throttle;
     CommandTable m_commands;
 };

@@ -1,3 +1,4 @@
+#include "Companions/MainApplication/FrontApplication.h"
 #include "Companions/MainApplication/MainApplication.h"
 
 #include <QCommandLineParser>
@@ -34,6 +35,9 @@ int main(int argc, char **argv)
     // it.
     const QString ownName = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
     const bool isInFront = ownName == table->value(QStringLiteral("ApplicationFullName"));
+    FrontApplication front;
+    if (isInFront && !front.open())
+        printLine(QStringLiteral("-- the desktop does not know of it: no session bus, or another is in front"));
 
     LineInput input;
     QObject::connect(&input, &LineInput::lineRead, &application, [&mainApplication](const QString &line) {

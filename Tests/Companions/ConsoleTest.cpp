@@ -20,7 +20,7 @@ protected:
         QVariantMap table;
         for (const char *key :
              {"TCPPortFile", "LastUserLoginDetailsFilePath", "SchedulerSettingsFile", "CurrentJobs",
-              "SchedulerStatusInfoPath", "ApplicationStatusPath", "SyncStateFilePath"})
+              "SchedulerStatusInfoPath", "ApplicationStatusPath", "SyncStateFilePath", "DeamonPreferencePath"})
             table.insert(QString::fromLatin1(key), QString(QStringLiteral("~/") + QString::fromLatin1(key)));
         for (const char *key :
              {"LoginDetailsFilePath", "UserDetailsPath", "UserInfoPath", "AccountTypeFilePath",
@@ -112,6 +112,13 @@ TEST_F(ConsoleTest, ScriptStopsAtTheFirstFailure)
         {"file not in the table", "expect file Nowhere x 0\nwait 0\n", "error the path table has no such file"},
         {"application not in front", "application away\nwait 0\n", "error the application is not in front"},
         {"no monitor to signal", "monitor signal TERM\nwait 0\n", "error monitor is not running"},
+        {"no window", "expect window 0\nwait 0\n", "error the windows are: none"},
+        {"no window to picture", "picture window x\nwait 0\n", "error the monitor shows no window"},
+        {"no key", "key --clearmodifiers\nwait 0\n", "error needs names of keys"},
+        {"no daemon to ask", "expect job none 0\nwait 0\n", "error daemon is not running"},
+        {"another state", "daemon start\nexpect job paused 0\nwait 0\n", "error the job is: none"},
+        {"what the daemon has not said", "daemon start\nexpect daemon hello 0\nwait 0\n",
+         "error since the last one it has said:"},
         {"no monitor to be second to", "monitor again\nwait 0\n", "error monitor is not running"},
     };
     for (const auto &row : rows) {
@@ -121,6 +128,19 @@ TEST_F(ConsoleTest, ScriptStopsAtTheFirstFailure)
         EXPECT_TRUE(m_output.contains(QString::fromLatin1(row.says))) << m_output.toStdString();
         EXPECT_FALSE(m_output.contains(QStringLiteral("> wait")));
     }
+}
+
+TEST_F(ConsoleTest, AsksForTheDaemonsLinesAndStateInTheirOrder)
+{
+    EXPECT_EQ(
+        run("application start\nsign in ana@example.com\nschedule demo\ndaemon start\nexpect job none\n"
+            "prepare 600\njob 60\nexpect job preparing\nexpect daemon bandwidth now 75 %\npause\n"
+            "expect job paused\nresume\nprepare 0\nexpect job running\nexpect no daemon job stopped\nstop\n"
+            "expect job none\nclients\nexpect daemon job stopped\nexpect no daemon bandwidth\n"),
+        0)
+        << m_output.toStdString();
+    // Each answer went to the command that asked for it.
+    EXPECT_TRUE(m_output.contains(QStringLiteral("> clients\nok 0\n"))) << m_output.toStdString();
 }
 
 TEST_F(ConsoleTest, TellsHowTheMonitorEnded)

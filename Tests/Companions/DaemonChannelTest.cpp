@@ -116,10 +116,49 @@ TEST_F(DaemonChannelTest, JobIsPausedResumedAndStoppedByItsClient)
 
 TEST_F(DaemonChannelTest, JobRunsToItsEnd)
 {
+    m_daemon.runCommand(QStringLiteral("prepare 0"));
+    m_daemon.runCommand(QStringLiteral("pace 50"));
     m_daemon.runCommand(QStringLiteral("job 1"));
+    EXPECT_TRUE(m_client.receives(QStringLiteral("operationProgress"), R"("progressType":0)"));
+    EXPECT_TRUE(m_client.receives(QStringLiteral("operationProgress"), R"("progressType":2)"));
     EXPECT_TRUE(m_client.receives(QStringLiteral("operationProgress"), R"("percentage":"100")"));
     EXPECT_TRUE(m_client.receives(QStringLiteral("operationProgress"), R"("progressType":6)"));
     EXPECT_EQ(status(), 3);
+}
+
+TEST_F(DaemonChannelTest, PaceFollowsTheStoredBandwidth)
+{
+    const QString progress = QStringLiteral("operationProgress");
+    const auto store = [this](const char *percent) {
+        const QVariantMap settings{{QStringLiteral("BandwidthThrottleKey"), QString::fromLatin1(percent)}};
+        writePropertyList(m_home.file(QStringLiteral("preferences.plist")), {{Ana, settings}});
+    };
+    store("50");
+    m_daemon.runCommand(QStringLiteral("prepare 0"));
+    m_daemon.runCommand(QStringLiteral("job 3600"));
+    EXPECT_TRUE(m_client.receives(progress, R"("transferSpeed":"600 KB/s")"));
+    store("25");
+    m_client.send(R"({"type":"bandwidthThrottleChanged","data":{"userName":"ana@example.com"}})");
+    EXPECT_TRUE(m_client.receives(progress, R"("transferSpeed":"300 KB/s")"));
+}
+
+TEST_F(DaemonChannelTest, FiguresSayWhatTheyAreTold)
+{
+    const QString progress = QStringLiteral("operationProgress");
+    m_daemon.runCommand(QStringLiteral("prepare 0"));
+    m_daemon.runCommand(QStringLiteral("job 3600"));
+    m_daemon.runCommand(QStringLiteral("percent 4x"));
+    EXPECT_TRUE(m_client.receives(progress, R"("percentage":"4x")"));
+    m_daemon.runCommand(QStringLiteral("file /tmp/a  b"));
+    EXPECT_TRUE(m_client.receives(progress, R"("filename":"/tmp/a  b")"));
+    m_daemon.runCommand(QStringLiteral("file 10MB"));
+    EXPECT_TRUE(m_client.receives(progress, QByteArray(9'999'990, 'x')));
+    m_daemon.runCommand(QStringLiteral("file"));
+    EXPECT_TRUE(m_client.receives(progress, R"("filename":"/home/ana/Documents)"));
+    m_daemon.runCommand(QStringLiteral("retry"));
+    EXPECT_TRUE(m_client.receives(progress, R"("progressType":3)"));
+    m_daemon.runCommand(QStringLiteral("legacy Retry"));
+    EXPECT_TRUE(m_client.receives(QStringLiteral("Progress"), R"("State":"Retry")"));
 }
 
 TEST_F(DaemonChannelTest, NothingComesBetweenTheBytesOfASlowFrame)
@@ -148,8 +187,9 @@ TEST_F(DaemonChannelTest, ClientThatAnnouncesTooMuchIsDroppedAndTheNextIsServed)
 
 TEST_F(DaemonChannelTest, RefusedCommandsChangeNothing)
 {
-    for (const char *line :
-         {"job nobody@example.com", "job 0", "pause", "resume", "stop", "burst 5", "send [1]"}) {
+    for (const char *line : {"job nobody@example.com", "job 0", "job local", "job restore", "pause", "resume",
+                             "stop", "retry", "file x", "percent 1", "legacy Start", "pace 0", "pace 51",
+                             "prepare -1", "reports maybe", "burst 5", "send [1]"}) {
         SCOPED_TRACE(line);
         m_daemon.runCommand(QString::fromLatin1(line));
         EXPECT_EQ(status(), 0);

@@ -32,6 +32,8 @@ public:
              entry("SchedulerSettingsFile", "~/schedules.plist"),
              entry("SchedulerStatusInfoPath", "~/status.txt"), entry("CurrentJobs", "~/jobs.plist"),
              entry("ApplicationStatusPath", "~/application.plist"),
+             entry("DeamonPreferencePath", "~/preferences.plist"),
+             entry("updateBandwidthMacInUseValue", "BandwidthChanged"),
              entry("BandwidthThrottleFilePathForTql", "~/%@/throttle/limit.txt")}));
     }
 

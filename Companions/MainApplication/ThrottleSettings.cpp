@@ -1,0 +1,83 @@
+#include "Companions/MainApplication/ThrottleSettings.h"
+
+#include "Companions/Common/PropertyList.h"
+
+namespace
+{
+const QString AutoPauseKey = QStringLiteral("EnableBandwidthThrottleKey");
+
+QVariantMap firstSettings()
+{
+    return {
+        {AutoPauseKey, false},
+        {QStringLiteral("BandwidthThrottleKey"), QStringLiteral("75")},
+        {QStringLiteral("BandwidthThrottleAutoPauseKey"), QStringLiteral("50")},
+        {QStringLiteral("BandwidthThrottleForIdleKey"), QStringLiteral("100")},
+        // Of no concern to anyone but the application.
+        {QStringLiteral("KeptVersionsKey"), 30},
+        {QStringLiteral("IgnoredExtensionsKey"), QVariantList{QStringLiteral("tmp"), QStringLiteral("part")}}};
+}
+
+bool isAutoPause(const QVariantMap &settings)
+{
+    const QVariant value = settings.value(AutoPauseKey);
+    return value.typeId() == QMetaType::Bool
+               ? value.toBool()
+               : value.typeId() == QMetaType::QString && value == QStringLiteral("1");
+}
+
+QString valueText(const QVariant &value)
+{
+    return value.typeId() == QMetaType::QVariantList ? value.toStringList().join(u',') : value.toString();
+}
+} // namespace
+
+ThrottleSettings::ThrottleSettings(QString path) : m_path(std::move(path))
+{
+}
+
+bool ThrottleSettings::fillIn(const QString &account)
+{
+    QVariantMap settings = firstSettings();
+    settings.insert(settingsOf(account));
+    QVariantMap all = readPropertyList(m_path).toMap();
+    all.insert(account, settings);
+    return writePropertyList(m_path, all);
+}
+
+bool ThrottleSettings::setBandwidth(const QString &account, int percent)
+{
+    const QString key = isAutoPause(settingsOf(account)) ? QStringLiteral("BandwidthThrottleAutoPauseKey")
+                                                         : QStringLiteral("BandwidthThrottleKey");
+    return change(account, key, QString::number(percent));
+}
+
+bool ThrottleSettings::setAutoPause(const QString &account, bool on)
+{
+    return change(account, AutoPauseKey, on);
+}
+
+QString ThrottleSettings::describe(const QString &account) const
+{
+    const QVariantMap settings = settingsOf(account);
+    QStringList parts;
+    for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting)
+        parts.append(setting.key() + u'=' + valueText(setting.value()));
+    return parts.join(u' ');
+}
+
+QVariantMap ThrottleSettings::settingsOf(const QString &account) const
+{
+    return readPropertyList(m_path).toMap().value(account).toMap();
+}
+
+bool ThrottleSettings::change(const QString &account, const QString &key, const QVariant &value)
+{
+    QVariantMap all = readPropertyList(m_path).toMap();
+    QVariantMap settings = all.value(account).toMap();
+    if (settings.isEmpty())
+        return false;
+    settings.insert(key, value);
+    all.insert(account, settings);
+    return writePropertyList(m_path, all);
+}
