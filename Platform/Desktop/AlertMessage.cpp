@@ -1,6 +1,6 @@
 #include "Platform/Desktop/AlertMessage.h"
 
-#include "Platform/Desktop/MessagePalette.h"
+#include "Platform/Desktop/WindowLook.h"
 #include "ui_AlertMessage.h"
 
 #include <QDialog>
@@ -59,5 +59,5 @@ bool AlertMessage::isShown() const
 void AlertMessage::refreshColours()
 {
     if (m_window)
-        m_window->setPalette(messagePalette(m_isDark()));
+        WindowLook::apply(*m_window, m_isDark());
 }

@@ -1,8 +1,8 @@
 #include "Platform/Desktop/Popover.h"
 
 #include "Platform/Desktop/Compositing.h"
-#include "Platform/Desktop/MessagePalette.h"
 #include "Platform/Desktop/PopoverPlace.h"
+#include "Platform/Desktop/WindowLook.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -63,7 +63,7 @@ public:
         setAttribute(Qt::WA_ShowWithoutActivating);
         setAttribute(Qt::WA_TranslucentBackground, m_blends);
         setWindowTitle(QGuiApplication::applicationDisplayName());
-        setPalette(messagePalette(dark));
+        setPalette(WindowLook::palette(dark));
         m_label = new QLabel(this);
         m_label->setTextFormat(Qt::PlainText); // before the text, which may look like markup
         m_label->setText(text);
