@@ -37,6 +37,16 @@ void onMainThread(std::function<void()> work)
         DispatchQueue::main().async(std::move(work));
 }
 
+bool onMainThreadAndWait(const std::function<void()> &work)
+{
+    bool ran = false;
+    DispatchQueue::main().sync([&] {
+        work();
+        ran = true;
+    });
+    return ran;
+}
+
 quint64 mainThreadTurn()
 {
     countTurnsOf(QAbstractEventDispatcher::instance());

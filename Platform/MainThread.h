@@ -11,6 +11,10 @@
 /// The one place where other threads come home; the work is dropped when the application has ended.
 void onMainThread(std::function<void()> work);
 
+/// Runs `work` on the main thread and returns when it has ended; false when it was dropped, because the
+/// application has ended. Work that is queued before there is an application waits for it.
+bool onMainThreadAndWait(const std::function<void()> &work);
+
 /// A number that changes with each turn of the main event loop, and with each slice of queued work within one.
 /// Who has looked at a file need not look again while it stands. Main thread only.
 [[nodiscard]] quint64 mainThreadTurn();

@@ -1,6 +1,6 @@
+#include "Classes/AlertPanel/AlertPaneWindowController.h"
 #include "Platform/Bundle.h"
 #include "Platform/Clock.h"
-#include "Platform/Desktop/AlertMessage.h"
 #include "Platform/Desktop/Appearance.h"
 #include "Platform/Desktop/ApplicationService.h"
 #include "Platform/Desktop/Applications.h"
@@ -10,6 +10,7 @@
 #include "Platform/SingleInstance.h"
 #include "Platform/SocketOwner.h"
 #include "Source/Controller/CorvaneMonitorController.h"
+#include "Utility/Language/AlertPanel.h"
 #include "Utility/Paths/PathTable.h"
 
 #include <QApplication>
@@ -54,6 +55,12 @@ bool claimPlace(SingleInstance &place, const QString &identifier)
     Applications::activate(identifier);
     return place.claim(SingleInstance::PredecessorGrace) != SingleInstance::Answer::Taken;
 }
+void openUrl(const QUrl &url)
+{
+    // By hand, since a browser that the platform starts would inherit the blocked signals.
+    Applications::open(QStandardPaths::findExecutable(QStringLiteral("xdg-open")),
+                       {url.toString(QUrl::FullyEncoded)});
+}
 } // namespace
 
 int main(int argc, char **argv)
@@ -80,15 +87,27 @@ int main(int argc, char **argv)
 
     SystemClock clock;
     CorvaneMonitorController *controller = nullptr;
-    const Appearance appearance(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), [&controller] {
-        if (controller)
-            controller->darkModeChanged();
-    });
+    const auto tell = [&controller](void (CorvaneMonitorController::*change)()) {
+        return [&controller, change] {
+            if (controller)
+                (controller->*change)();
+        };
+    };
+    const Appearance appearance(qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
+                                tell(&CorvaneMonitorController::darkModeChanged),
+                                tell(&CorvaneMonitorController::windowLookChanged));
     TrayStatusItem statusItem(Bundle::main().resource(QStringLiteral("images")));
     DistributedNotificationCenter notifications;
-    const auto isDark = [&controller] { return controller && controller->applicationIsOnTheDarkSide(); };
-    Popover popover(clock, isDark);
-    AlertMessage alert(isDark);
+    Popover popover(clock, [&controller] { return controller && controller->applicationIsOnTheDarkSide(); });
+    const AlertSurroundings alerts{
+        .isDark = [&controller] { return controller && controller->windowsAreOnTheDarkSide(); },
+        .openUrl = openUrl,
+        .publicWebHost =
+            CorvaneMonitorController::deploymentValue(QStringLiteral("PublicWebHost")).value_or(QString()),
+        .iconFile = Bundle::main().resource(QStringLiteral("images/corvane.svg")),
+        .productName = pathValue(QLatin1String("ApplicationFullName")),
+    };
+    std::unique_ptr<AlertPaneWindowController> message; ///< one at a time: a new one takes its place
 
     CorvaneMonitorController owner({
         .statusItem = statusItem,
@@ -96,22 +115,24 @@ int main(int argc, char **argv)
         .notifications = notifications,
         .desktop = {
             .isDark = [&appearance] { return appearance.isDark(); },
+            .isDesktopDark = [&appearance] { return appearance.isDesktopDark(); },
             .panelIsVisible = [] { return QSystemTrayIcon::isSystemTrayAvailable(); },
             .showPopover = [&](const QString &text) { popover.show(text, statusItem.geometry()); },
             .showAlert =
                 [&](const QString &text) {
-                    alert.show({.title = pathValue(QLatin1String("ApplicationFullName")),
-                                .text = text,
-                                .buttonTitle = QStringLiteral("OK"),
-                                .iconFile = Bundle::main().resource(QStringLiteral("images/corvane.svg"))});
+                    message = AlertPaneWindowController::withdefaultButton(alerts, AlertPanel::okButton.text());
+                    message->mainController = controller;
+                    message->displayMessage(text, std::nullopt, false);
+                    message->showWindow();
                 },
-            .refreshAlertColours = [&alert] { alert.refreshColours(); },
-            .openUrl =
-                [](const QUrl &url) {
-                    // By hand, since a browser that the platform starts would inherit the blocked signals.
-                    Applications::open(QStandardPaths::findExecutable(QStringLiteral("xdg-open")),
-                                       {url.toString(QUrl::FullyEncoded)});
+            .ask =
+                [&](const DesktopActions::Question &question) {
+                    const auto alert = AlertPaneWindowController::withdefaultButton(
+                        alerts, question.defaultButton, question.alternateButton);
+                    return alert->displayMessage(question.text, question.title, true);
                 },
+            .refreshWindowColours = AlertPaneWindowController::refreshColours,
+            .openUrl = openUrl,
             .activateApplication = [](const QString &bundle) { Applications::activate(bundle); },
             .openProgram = [](const QString &path) { return Applications::open(path); },
             .launchProgram = [](const QString &name) { return Applications::launch(name); },

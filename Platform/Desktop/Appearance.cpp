@@ -51,47 +51,48 @@ std::optional<bool> booleanIn(const QVariant &value)
 }
 } // namespace
 
-Appearance::Appearance(const QString &desktop, std::function<void()> changed) : m_changed(std::move(changed))
+Appearance::Appearance(const QString &desktop, std::function<void()> changed,
+                       std::function<void()> desktopChanged, const QDBusConnection &bus)
+    : m_bus(bus), m_changed(std::move(changed)), m_desktopChanged(std::move(desktopChanged))
 {
     const QStringList names = desktop.split(u':');
-    if (names.contains(QLatin1String("GNOME"))) {
+    if (names.contains(QLatin1String("GNOME")))
         m_panelIsDark = true;
+    if (!m_bus.isConnected())
         return;
-    }
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
-        return;
-    if (names.contains(QLatin1String("XFCE"))) {
-        bus.connect(XfcePanel.service, XfcePanel.path, XfcePanel.interface, QStringLiteral("PropertyChanged"),
-                    this, SLOT(panelSettingChanged(QString, QString, QDBusVariant)));
-        ask(
-            XfcePanel.question(QStringLiteral("GetProperty")),
-            [this](const QVariant &value) { take(m_panelIsDark, booleanIn(value)); },
-            [this](const QString &error) {
-                // How its panel looks as long as nobody has set it.
-                if (error == QLatin1String("org.xfce.Xfconf.Error.PropertyNotFound"))
-                    take(m_panelIsDark, true);
-            });
-        return;
-    }
-    bus.connect(PortalScheme.service, PortalScheme.path, PortalScheme.interface,
-                QStringLiteral("SettingChanged"), this,
-                SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
+    m_bus.connect(PortalScheme.service, PortalScheme.path, PortalScheme.interface,
+                  QStringLiteral("SettingChanged"), this,
+                  SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
     ask(PortalScheme.question(QStringLiteral("Read")),
         [this](const QVariant &value) { takePortalScheme(value); });
+    if (!names.contains(QLatin1String("XFCE")))
+        return;
+    m_bus.connect(XfcePanel.service, XfcePanel.path, XfcePanel.interface, QStringLiteral("PropertyChanged"),
+                  this, SLOT(panelSettingChanged(QString, QString, QDBusVariant)));
+    ask(
+        XfcePanel.question(QStringLiteral("GetProperty")),
+        [this](const QVariant &value) { take(m_panelIsDark, booleanIn(value)); },
+        [this](const QString &error) {
+            // How its panel looks as long as nobody has set it.
+            if (error == QLatin1String("org.xfce.Xfconf.Error.PropertyNotFound"))
+                take(m_panelIsDark, true);
+        });
 }
 
 bool Appearance::isDark() const
 {
-    if (m_panelIsDark)
-        return *m_panelIsDark;
+    return m_panelIsDark ? *m_panelIsDark : isDesktopDark();
+}
+
+bool Appearance::isDesktopDark() const
+{
     return m_portalSaysDark ? *m_portalSaysDark : paletteIsDark();
 }
 
 void Appearance::ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer,
                      std::function<void(const QString &)> failure)
 {
-    auto *call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
     connect(call, &QDBusPendingCallWatcher::finished, this,
             [answer = std::move(answer), failure = std::move(failure)](QDBusPendingCallWatcher *finished) {
                 const QDBusPendingReply<QDBusVariant> reply = *finished;
@@ -126,8 +127,11 @@ void Appearance::takePortalScheme(const QVariant &scheme)
 
 void Appearance::take(std::optional<bool> &answer, std::optional<bool> dark)
 {
-    const bool before = isDark();
+    const bool panelBefore = isDark();
+    const bool desktopBefore = isDesktopDark();
     answer = dark;
-    if (isDark() != before)
+    if (isDark() != panelBefore)
         m_changed();
+    if (isDesktopDark() != desktopBefore)
+        m_desktopChanged();
 }

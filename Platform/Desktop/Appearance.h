@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QObject>
@@ -7,8 +8,9 @@
 #include <functional>
 #include <optional>
 
-/// Whether the desktop's panel is dark, as the desktop says: asked over the session bus without waiting for an
-/// answer; until it comes, and where there is none, the palette of the application tells.
+/// Whether the desktop's panel is dark, and whether its windows are, as the desktop says: asked over the
+/// session bus without waiting for an answer; until it comes, and where there is none, the palette of the
+/// application tells.
 ///
 /// Sources: the XDG Desktop Portal's org.freedesktop.portal.Settings, key org.freedesktop.appearance
 /// color-scheme; the panel of Xfce has a switch of its own, channel xfce4-panel, property /panels/dark-mode of
@@ -19,10 +21,12 @@ class Appearance : public QObject
 
 public:
     /// `desktop` is what XDG_CURRENT_DESKTOP names; `changed` is called on the main thread when isDark()
-    /// becomes another answer.
-    Appearance(const QString &desktop, std::function<void()> changed);
+    /// becomes another answer, `desktopChanged` when isDesktopDark() does.
+    Appearance(const QString &desktop, std::function<void()> changed, std::function<void()> desktopChanged,
+               const QDBusConnection &bus = QDBusConnection::sessionBus());
 
-    [[nodiscard]] bool isDark() const;
+    [[nodiscard]] bool isDark() const;        ///< the panel
+    [[nodiscard]] bool isDesktopDark() const; ///< the windows
 
 private Q_SLOTS:
     void portalSettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
@@ -34,7 +38,9 @@ private:
     void take(std::optional<bool> &answer, std::optional<bool> dark);
     void takePortalScheme(const QVariant &scheme);
 
+    QDBusConnection m_bus;
     std::function<void()> m_changed;
+    std::function<void()> m_desktopChanged;
     std::optional<bool> m_panelIsDark; ///< the panel's own word, before all others
     std::optional<bool> m_portalSaysDark;
 };

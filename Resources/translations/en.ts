@@ -76,6 +76,14 @@ Your account has been cancelled</translation>
         <translation>Cancel</translation>
     </message>
     <message>
+        <source>Warning! Backup operations will not work without these permissions. Learn more</source>
+        <translation>Warning! Backup operations will not work without these permissions. Learn more</translation>
+    </message>
+    <message>
+        <source>Learn more</source>
+        <translation>Learn more</translation>
+    </message>
+    <message>
         <source>Start application</source>
         <translation>Start application</translation>
     </message>

@@ -76,6 +76,14 @@ Su cuenta se ha cancelado</translation>
         <translation>Cancelar</translation>
     </message>
     <message>
+        <source>Warning! Backup operations will not work without these permissions. Learn more</source>
+        <translation>¡Advertencia! Las operaciones de copia de seguridad no funcionarán sin estos permisos. Más información</translation>
+    </message>
+    <message>
+        <source>Learn more</source>
+        <translation>Más información</translation>
+    </message>
+    <message>
         <source>Start application</source>
         <translation>Iniciar la aplicación</translation>
     </message>

@@ -76,6 +76,14 @@ Your account has been cancelled</source>
         <translation>キャンセル</translation>
     </message>
     <message>
+        <source>Warning! Backup operations will not work without these permissions. Learn more</source>
+        <translation>警告: これらの権限がないとバックアップは実行できません。詳細</translation>
+    </message>
+    <message>
+        <source>Learn more</source>
+        <translation>詳細</translation>
+    </message>
+    <message>
         <source>Start application</source>
         <translation>アプリケーションを起動</translation>
     </message>

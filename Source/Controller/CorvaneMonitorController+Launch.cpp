@@ -140,6 +140,12 @@ void CorvaneMonitorController::launchCorvane()
 void CorvaneMonitorController::displayWindowWithAlertMsg(const QString &text)
 {
     m_desktop.showAlert(text);
+    isAlertWindowOpen = true;
+}
+
+void CorvaneMonitorController::alertWindowDidClose()
+{
+    isAlertWindowOpen = false;
 }
 
 bool CorvaneMonitorController::mainApplicationRuns() const

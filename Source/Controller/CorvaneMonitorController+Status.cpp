@@ -154,10 +154,21 @@ bool CorvaneMonitorController::applicationIsOnTheDarkSide() const
     return style ? *style == u"Dark" : m_desktop.isDark();
 }
 
+bool CorvaneMonitorController::windowsAreOnTheDarkSide() const
+{
+    const auto style = GlobalDomain(QNUtility::globalPreferencesPath()).interfaceStyle();
+    return style ? *style == u"Dark" : m_desktop.isDesktopDark();
+}
+
+void CorvaneMonitorController::windowLookChanged()
+{
+    m_desktop.refreshWindowColours();
+}
+
 void CorvaneMonitorController::darkModeChanged()
 {
     isDarkModeEnabled = applicationIsOnTheDarkSide();
-    m_desktop.refreshAlertColours();
+    windowLookChanged();
     QString name = qnStatusItem.imageName();
     if (name.endsWith(QLatin1String("_alt")))
         name.chop(4);

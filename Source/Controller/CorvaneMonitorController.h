@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Classes/AlertPanel/AlertRole.h"
 #include "Classes/Schedules/CorvaneSchedulerController.h"
 #include "Classes/Schedules/ScheduleStatusRules.h"
 #include "Messaging/DaemonChannel.h"
@@ -35,7 +36,7 @@
 /// Notifications (+Notifications.cpp), Channel (+Channel.cpp), Dispatch (+Dispatch.cpp), Sync (+Sync.cpp),
 /// Progress (+Progress.cpp), Schedules (+Schedules.cpp), Status (+Status.cpp), Quota (+Quota.cpp), and what no
 /// part carries out yet (+Later.cpp)
-class CorvaneMonitorController : public DaemonChannelOwner, public SchedulerRole
+class CorvaneMonitorController : public DaemonChannelOwner, public SchedulerRole, public AlertRole
 {
 public:
     /// What the controller is given: all outlive it.
@@ -75,6 +76,7 @@ public:
     void launchCorvane(); ///< hands over to the helper that starts the main application after an update
     /// Shows a message window with one text; the application comes to the front.
     void displayWindowWithAlertMsg(const QString &text);
+    [[nodiscard]] bool hasOpenAlertWindow() const { return isAlertWindowOpen; }
     /// Opens the main application and asks it for a view: "ViewScheduleJobs", "Settings" or "ActivityLogs".
     void initiateLaunchCorvaneApp(const QString &redirectionType);
     void timerFired();
@@ -113,6 +115,8 @@ public:
     [[nodiscard]] QString signedInUser() const; ///< `Username` of the record as it is now, empty without one
     void getPlan(const QString &user);          ///< sets the three account kind flags from the user's files
     void getPlanForUser();                      ///< the same for the signed-in user
+    /// A text that the deployment supplies, such as a host.
+    [[nodiscard]] static std::optional<QString> deploymentValue(const QString &key);
     /// @}
 
     /// @name Channel to the backup daemon, in CorvaneMonitorController+Channel.cpp
@@ -164,9 +168,12 @@ public:
     void setStatusMenuIconForState(MenuIcons state);
     /// Takes a backup line, a sync line, or both, and shows the merged tool tip. From any thread.
     void setStatusMenuToolTip(const std::optional<QString> &message, const std::optional<QString> &syncMessage);
-    [[nodiscard]] bool applicationIsOnTheDarkSide() const;
-    /// Shows the image of now in the form for the panel's new appearance.
+    [[nodiscard]] bool applicationIsOnTheDarkSide() const; ///< the panel is dark
+    [[nodiscard]] bool windowsAreOnTheDarkSide() const;    ///< the desktop's windows are
+    /// Shows the image of now in the form for the panel's new appearance, and windows in their new colours.
     void darkModeChanged();
+    /// Shows windows in their new colours.
+    void windowLookChanged();
     void moveStartedToolTipMessage();
     void moveCompletedToolTipMessage();
     [[nodiscard]] QString applicationNameWithVersion() const;
@@ -193,6 +200,9 @@ public:
     [[nodiscard]] std::optional<QString> schedulerSettingsFile() const override;
     [[nodiscard]] QDateTime now() const override;
 
+    // AlertRole
+    void alertWindowDidClose() override;
+
 private:
     // Lifecycle
     void cachePaths();
@@ -213,7 +223,6 @@ private:
     // User
     [[nodiscard]] static std::optional<QString>
     linkedAccount(); ///< the account last linked to the console user
-    [[nodiscard]] static std::optional<QString> deploymentValue(const QString &key);
 
     // Menu
     [[nodiscard]] MenuRules::RunningJob runningJob();
@@ -364,6 +373,7 @@ private:
     std::unique_ptr<Clock::Timer> m_viewTimer;
     bool isupdaterunning = false;
     bool startAutoUpdateFromDaemon = false;
+    bool isAlertWindowOpen = false;
 
     // User
     std::optional<QString>

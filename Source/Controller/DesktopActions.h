@@ -10,15 +10,25 @@
 /// What the controller has done on the desktop for it; given from outside, so that it can be watched. What is
 /// not given does nothing.
 struct DesktopActions {
-    std::function<bool()> isDark = [] { return false; };
+    std::function<bool()> isDark = [] { return false; };        ///< the panel
+    std::function<bool()> isDesktopDark = [] { return false; }; ///< the windows
     /// Whether the panel can be seen at all.
     std::function<bool()> panelIsVisible = [] { return true; };
     /// Shows a text at the status item for a moment.
     std::function<void(const QString &text)> showPopover = [](const QString &) {};
     /// Shows a message window with one text.
     std::function<void(const QString &text)> showAlert = [](const QString &) {};
-    /// Takes the desktop's colours anew for a message window that stands.
-    std::function<void()> refreshAlertColours = [] {};
+    /// Asks with an alert that holds up its caller; the answer is 1 for the default button, else 0. An empty
+    /// title, text or alternate button is left out.
+    struct Question {
+        QString title;
+        QString text;
+        QString defaultButton;
+        QString alternateButton;
+    };
+    std::function<int(const Question &)> ask = [](const Question &) { return 0; };
+    /// Has the windows that stand take the desktop's colours anew.
+    std::function<void()> refreshWindowColours = [] {};
     std::function<void(const QUrl &)> openUrl = [](const QUrl &) {};
     /// Brings a running application to the front.
     std::function<void(const QString &identifier)> activateApplication = [](const QString &) {};

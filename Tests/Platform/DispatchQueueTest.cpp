@@ -207,6 +207,21 @@ TEST(MainQueue, IsBorrowedByTheMainThreadWhenIdle)
     EXPECT_TRUE(ran);
 }
 
+TEST(MainQueue, OtherThreadsWaitForWhatTheyHaveDoneAtHome)
+{
+    std::atomic<bool> ended = false;
+    bool ran = false, saysSo = false;
+    std::thread worker([&] {
+        saysSo = onMainThreadAndWait([&] { ran = isMainThread(); });
+        EXPECT_TRUE(ran) << "it did not wait";
+        ended = true;
+    });
+    EXPECT_TRUE(waitUntil([&] { return ended.load(); }));
+    worker.join();
+    EXPECT_TRUE(saysSo);
+    EXPECT_TRUE(onMainThreadAndWait([] {}));
+}
+
 TEST(MainQueue, ABurstIsCutIntoSlices)
 {
     std::vector<quint64> turns;
