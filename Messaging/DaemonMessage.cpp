@@ -154,6 +154,30 @@ bool DaemonMessage::contains(QLatin1StringView key) const
     return m_content->find(toView(key)).has_value();
 }
 
+std::optional<qsizetype> DaemonMessage::memberCount(QLatin1StringView key) const
+{
+    dom::object object;
+    const auto value = m_content->find(toView(key));
+    if (!value || value->get_object().get(object) != simdjson::SUCCESS)
+        return std::nullopt;
+    return qsizetype(object.size());
+}
+
+bool DaemonMessage::forEachText(QLatin1StringView key,
+                                const std::function<void(std::string_view, std::string_view)> &take) const
+{
+    dom::object object;
+    const auto value = m_content->find(toView(key));
+    if (!value || value->get_object().get(object) != simdjson::SUCCESS)
+        return false;
+    for (const auto [name, member] : object) {
+        std::string_view text;
+        if (member.get_string().get(text) == simdjson::SUCCESS)
+            take(name, text);
+    }
+    return true;
+}
+
 const QVariantMap &DaemonMessage::toVariantMap() const
 {
     if (!m_content->map)

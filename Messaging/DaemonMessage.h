@@ -6,8 +6,10 @@
 #include <QVariant>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 /// One message from the daemon: the parsed JSON object of one frame. A cheap handle, valid for as long as it is
 /// kept; copies share the parsed form. One thread at a time.
@@ -42,6 +44,12 @@ public:
     [[nodiscard]] std::optional<QString> text(QLatin1StringView key) const;
     [[nodiscard]] std::optional<qint64> integer(QLatin1StringView key) const;
     [[nodiscard]] bool contains(QLatin1StringView key) const;
+    /// How many members the object has; none where there is no object.
+    [[nodiscard]] std::optional<qsizetype> memberCount(QLatin1StringView key) const;
+    /// Calls `take` with name and value, both in UTF-8, of each member of that object whose value is a text; in
+    /// the order in which they came. False when there is no such object.
+    bool forEachText(QLatin1StringView key,
+                     const std::function<void(std::string_view name, std::string_view text)> &take) const;
 
     /// The whole object. Made at the first call and then kept.
     [[nodiscard]] const QVariantMap &toVariantMap() const;

@@ -7,6 +7,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -133,10 +134,29 @@ void SmoothProgressBar::frame()
         m_glide = std::min(1.0, m_glide + std::chrono::duration<double>(m_period) / GlideTime);
         m_shown = m_from + (m_target - m_from) * eased(m_glide);
     }
-    // Also when this was the last one: what can't be seen now is painted when it can, and moves on from there.
-    update();
-    if (!hasToMove())
+    // What can't be seen now is painted when it can, and moves on from there.
+    const bool isLast = !hasToMove();
+    if (isLast)
         stopFrames();
+    if (isLast || isIndeterminate())
+        update();
+    else
+        updateEnd();
+}
+
+/// The end of the fill has moved: only what lies between its old and its new place is painted, and nothing for
+/// less than a pixel of the screen.
+void SmoothProgressBar::updateEnd()
+{
+    const double end = fillArea().right();
+    if (std::abs(end - m_paintedEnd) * devicePixelRatioF() < 1)
+        return;
+    QRectF strip(rect());
+    strip.setLeft(std::min(end, m_paintedEnd) - height());
+    strip.setRight(std::max(end, m_paintedEnd) + 1);
+    if (layoutDirection() == Qt::RightToLeft)
+        strip.moveRight(width() - strip.left());
+    update(strip.toAlignedRect());
 }
 
 void SmoothProgressBar::hideEvent(QHideEvent *event)
@@ -177,6 +197,7 @@ void SmoothProgressBar::paintEvent(QPaintEvent *)
     painter.fillPath(track, m_trackColour);
 
     QRectF area = fillArea();
+    m_paintedEnd = area.right();
     if (area.isEmpty())
         return;
     if (layoutDirection() == Qt::RightToLeft)

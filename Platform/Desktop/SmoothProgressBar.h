@@ -57,13 +57,15 @@ private:
     void startFrames();
     void stopFrames();
     void frame();
+    void updateEnd();
 
     SystemClock m_ownClock;
     Clock *m_clock = &m_ownClock;
     std::unique_ptr<Clock::Timer> m_frames;
     Clock::Duration m_period{};
 
-    double m_shown = 0; ///< parts of the whole, as the next two
+    double m_paintedEnd = 0; ///< right end of the fill as it was painted last
+    double m_shown = 0;      ///< parts of the whole, as the next two
     double m_from = 0;
     double m_target = 0;
     double m_glide = 1; ///< of the way between them, as time

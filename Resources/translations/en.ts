@@ -340,6 +340,14 @@ Your account has been cancelled</translation>
         <translation>Preparing file list...</translation>
     </message>
     <message>
+        <source>Backing up</source>
+        <translation>Backing up</translation>
+    </message>
+    <message>
+        <source>Restoring</source>
+        <translation>Restoring</translation>
+    </message>
+    <message>
         <source>Uploading</source>
         <translation>Uploading</translation>
     </message>

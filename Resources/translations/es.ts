@@ -340,6 +340,14 @@ Su cuenta se ha cancelado</translation>
         <translation>Preparando la lista de archivos...</translation>
     </message>
     <message>
+        <source>Backing up</source>
+        <translation>Copiando</translation>
+    </message>
+    <message>
+        <source>Restoring</source>
+        <translation>Restaurando</translation>
+    </message>
+    <message>
         <source>Uploading</source>
         <translation>Subiendo</translation>
     </message>

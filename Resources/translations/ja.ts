@@ -340,6 +340,14 @@ Your account has been cancelled</source>
         <translation>ファイルリストを準備しています...</translation>
     </message>
     <message>
+        <source>Backing up</source>
+        <translation>バックアップ中</translation>
+    </message>
+    <message>
+        <source>Restoring</source>
+        <translation>復元中</translation>
+    </message>
+    <message>
         <source>Uploading</source>
         <translation>アップロード中</translation>
     </message>

@@ -83,10 +83,10 @@ void CorvaneMonitorController::dispatch(const QVariantList &array, Origin origin
 {
     const QString first = array.value(0).toString();
     if (!array.isEmpty() && first == pathValue(QLatin1String("updateBandwidthMacInUseValue")))
-        return later("updateBandwidthMacInUseValueReceivedFromRM");
+        return progressView().updateBandwidthMacInUseValueReceivedFromRM();
     const QString text = getMessageForID(first);
     if (text == u"Progress")
-        return later("showscheduleprogress");
+        return didReceiveOlderProgress(array);
     if (text == u"Shutdown") {
         QNLogger::logMonitorTrace(QStringLiteral("----- ShutDown timer alert -------"));
         return later("showShutdownPopup");
@@ -140,13 +140,13 @@ void CorvaneMonitorController::didReceivePermission(const IpcMessage &)
 
 void CorvaneMonitorController::didReceiveResumeState(const IpcMessage &)
 {
-    later("SCpauseresume: resume");
+    progressView().SCpauseresume(CVScheduleProgressViewController::ResumeTag);
 }
 
 void CorvaneMonitorController::didReceivePauseState(const IpcMessage &)
 {
     if (!isScheduledBackupPaused())
-        later("SCpauseresume: pause");
+        progressView().SCpauseresume(CVScheduleProgressViewController::PauseTag);
 }
 
 void CorvaneMonitorController::didReceiveShellCommand(const IpcMessage &message)

@@ -12,6 +12,7 @@
 #include "Utility/Language/AppLanguage.h"
 #include "Utility/Language/CVAppLocalization.h"
 #include "Utility/Language/LanguageManager.h"
+#include "Utility/Language/SchedulerProgressVC.h"
 #include "Utility/LaunchRules.h"
 #include "Utility/Paths/PathTable.h"
 #include "Utility/QNUtility.h"
@@ -20,6 +21,8 @@
 
 using namespace std::chrono_literals;
 using namespace MonitorControllerVC;
+using SchedulerProgressVC::noButton;
+using SchedulerProgressVC::yesButton;
 
 namespace
 {
@@ -38,10 +41,19 @@ QStringList syncImages(const QString &suffix)
 CorvaneMonitorController::CorvaneMonitorController(Surroundings surroundings)
     : qnStatusItem(surroundings.statusItem), m_clock(surroundings.clock),
       m_notifications(surroundings.notifications), m_desktop(std::move(surroundings.desktop)),
-      m_menu([this](MenuAction action) { didClick(action); })
+      m_menu([this](MenuAction action) { didClick(action); }),
+      m_progressWindow(
+          {.view = {.clock = m_clock, .confirm = [this](const QString &text) { return confirm(text); }},
+           .isDark = [this] { return windowsAreOnTheDarkSide(); }})
 {
     schedulerController.mainController = this;
     makePortEar();
+}
+
+bool CorvaneMonitorController::confirm(const QString &question) const
+{
+    return m_desktop.ask({.text = question, .defaultButton = yesButton, .alternateButton = noButton}) ==
+           DesktopActions::DefaultButton;
 }
 
 CorvaneMonitorController::~CorvaneMonitorController()

@@ -86,6 +86,7 @@ MenuRules::MenuInputs CorvaneMonitorController::gatherMenuInputs()
     in.operationRuns = UserRecords::isAnyOperationRunning(user);
     in.mainApplicationRuns = mainApplicationRuns();
     in.scheduleBackupRunning = CVSingletonForBackup::shared().scheduleBackupRunning;
+    in.progressWindowVisible = m_progressWindow.isWindowVisible();
     in.backupLine = corvaneDaemonTooltip.value_or(QString());
     in.cloudDrive = cloudDriveForMenu(user);
     return in;
@@ -106,6 +107,8 @@ void CorvaneMonitorController::carryOut(const MenuRules::MenuRefresh &refresh)
     m_menu.apply(refresh.items);
     if (refresh.isSubAccount)
         isSubAccount = *refresh.isSubAccount;
+    if (refresh.closesProgressWindow)
+        m_progressWindow.close();
 }
 
 /// What an opening or a sign-in leaves behind in fields that others read; no other pass over the menu touches
@@ -159,10 +162,10 @@ MenuRules::MenuInputs CorvaneMonitorController::bringMenuInLine()
     return in;
 }
 
-void CorvaneMonitorController::enableDisableManageSubMenus()
+void CorvaneMonitorController::enableDisableManageSubMenus(MenuRules::RunningJob job)
 {
     MenuState items;
-    MenuRules::setJobItems(items, runningJob());
+    MenuRules::setJobItems(items, job);
     m_menu.apply(items);
 }
 
@@ -281,11 +284,13 @@ void CorvaneMonitorController::didClick(MenuAction action)
     case MenuAction::ShowStatus:
         return later("statusBtnClicked");
     case MenuAction::ShowProgress:
-        return later("showProgressBtnClicked");
+        return showProgressBtnClicked();
     case MenuAction::PauseOrResumeJob:
-        return later("pauseBtnSubMenuActn");
+        return pauseBtnSubMenuActn();
     case MenuAction::StopJob:
-        return later("stopBtnSubMenuActn");
+        // It asks a question, and a panel waits until the click has been dealt with.
+        m_questionTimer = m_clock.start(0ms, Clock::Repeat::Once, [this] { stopBtnSubMenuActn(); });
+        return;
     case MenuAction::SwitchRemoteManagement:
         return later("disableWebAccessBtnClicked");
     case MenuAction::SwitchProtection:

@@ -28,7 +28,7 @@ void CorvaneMonitorController::registerObservers()
     observe(QStringLiteral("ActivityLogsFromMonitor"), call(&CorvaneMonitorController::viewSessionLog));
     observe(QStringLiteral("EnableDisableSync"),
             [this](const QString &, const QVariantMap &userInfo) { enableDisbleSync(userInfo); });
-    observe(QStringLiteral("ShowSchedulerProgress"), notYet("showSchedulerProgress"));
+    observe(QStringLiteral("ShowSchedulerProgress"), call(&CorvaneMonitorController::showSchedulerProgress));
     observe(QStringLiteral("RecalQuotaForSync"), call(&CorvaneMonitorController::recalQuotaForSync));
     observe(QStringLiteral("selectiveSyncPlistDidChange"), notYet("selectiveSyncPlistModified"));
     observe(key("EnablePreferencesNotification"), call(&CorvaneMonitorController::enablePreferences));

@@ -1,26 +1,34 @@
-// A job's reports on their way to icon and tool tip. They may come by the thousand: what the files say of the
-// job is looked up once a turn of the event loop, and a report that changes nothing on the screen ends after
-// its rule.
+// A job's reports on their way to icon, tool tip and progress window, and what the menu has done to the job.
+// Reports may come by the thousand: what the files say of the job is looked up once a turn of the event loop,
+// and a report that changes nothing on the screen ends after its rule.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
-#include "Platform/AtomicFile.h"
 #include "Platform/MainThread.h"
+#include "Platform/PropertyList.h"
 #include "Source/Controller/ReportRules.h"
+#include "Source/Logger/QNLogger.h"
 #include "Utility/CVSingletonForBackup.h"
 #include "Utility/Language/CVAppLocalization.h"
 #include "Utility/Language/LanguageManager.h"
 #include "Utility/Paths/PathTable.h"
 
 #include <tuple>
+#include <utility>
 
 using namespace MonitorControllerVC;
-using ReportRules::ProgressType;
+using ProgressRules::ProgressType;
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr Clock::Duration LookPeriod = 500ms; ///< between two looks at the files while figures come
+}
 
 void CorvaneMonitorController::didReceiveIPCMessageOperationForProgress(const DaemonMessage &report)
 {
     const auto userName = report.userName();
-    const auto type = ReportRules::progressType(report.progressType());
+    const auto type = ProgressRules::progressType(report.progressType());
     switch (ReportRules::route(userName, report.operationStartType())) {
     case ReportRules::Route::Drop:
         return;
@@ -33,14 +41,27 @@ void CorvaneMonitorController::didReceiveIPCMessageOperationForProgress(const Da
     }
 }
 
-const CorvaneMonitorController::JobFacts &CorvaneMonitorController::jobFacts()
+bool CorvaneMonitorController::isRecent(const QDateTime &time) const
+{
+    const QDateTime now = m_clock.now();
+    return time <= now && now < time.addMSecs(LookPeriod.count());
+}
+
+CorvaneMonitorController::JobFacts &CorvaneMonitorController::jobFacts(std::optional<ProgressType> type)
 {
     const quint64 turn = mainThreadTurn();
-    if (!m_jobFacts || m_jobFacts->turn != turn) {
-        dataDict = UserRecords::getActiveUserDetails().value_or(QVariantMap());
-        const bool inProgress = schedulerController.isScheduleBackupInProgress();
-        m_jobFacts = JobFacts{turn, inProgress, isScheduledBackupPaused()};
+    if (m_jobFacts && m_jobFacts->turn == turn)
+        return *m_jobFacts;
+    // Figures come by the dozen each second and change nothing of this; any other report does.
+    if (m_jobFacts && type == ProgressType::Figures) {
+        if (m_jobFacts->recentIn == turn || isRecent(m_jobFacts->seen)) {
+            m_jobFacts->recentIn = turn;
+            return *m_jobFacts;
+        }
     }
+    dataDict = UserRecords::getActiveUserDetails().value_or(QVariantMap());
+    const MenuRules::RunningJob job = runningJob();
+    m_jobFacts = JobFacts{.turn = turn, .seen = m_clock.now(), .job = job, .paused = isScheduledBackupPaused()};
     return *m_jobFacts;
 }
 
@@ -51,7 +72,7 @@ bool CorvaneMonitorController::isReportOfRunningJob(const QString &userName)
     if (schedulerController.currentscheduleuser == userName)
         return true;
     // Another account's job may have begun since; the archive tells.
-    std::ignore = jobFacts();
+    std::ignore = jobFacts(std::nullopt);
     return schedulerController.currentscheduleuser == userName;
 }
 
@@ -65,25 +86,31 @@ void CorvaneMonitorController::didReceiveInteractiveOperationProgress(std::optio
 void CorvaneMonitorController::didReceiveOperationProgress(const DaemonMessage &report,
                                                            std::optional<ProgressType> type)
 {
-    const JobFacts &facts = jobFacts();
-    showReportTip(ReportRules::scheduledTip(type, facts.inProgress, facts.paused));
-    backUpProgressResponseDict = report;
-    if (type == ProgressType::Started || type == ProgressType::Figures)
-        CVSingletonForBackup::shared().scheduleBackupRunning = true;
-    if (type == ProgressType::Started)
-        enableDisableManageSubMenus();
-    if (type == ProgressType::Paused)
-        schedulePaused();
-    else if (type == ProgressType::Resumed)
-        scheduleResumed();
-    else if (type == ProgressType::Complete)
-        scheduleEnded();
+    JobFacts &facts = jobFacts(type);
+    if (!std::exchange(facts.menuFollows, true))
+        enableDisableManageSubMenus(facts.job);
+    showReportTip(ReportRules::scheduledTip(type, facts.job != MenuRules::RunningJob::None, facts.paused));
+    progressView().progressReceivedData(report);
+}
+
+void CorvaneMonitorController::didReceiveOlderProgress(const QVariantList &array)
+{
+    QVariantList args{array.value(1), array.value(2), array.value(4), array.value(3)};
+    if (array.size() > 5)
+        args.append(array.at(5));
+    progressView().showscheduleprogress(args);
+}
+
+CVScheduleProgressViewController &CorvaneMonitorController::progressView()
+{
+    CVScheduleProgressViewController &view = m_progressWindow.viewController();
+    view.mainController = this;
+    return view;
 }
 
 void CorvaneMonitorController::showReportTip(ReportRules::Tip tip)
 {
-    const ReportTip shown{mainThreadTurn(), tip};
-    if (tip == ReportRules::Tip::Keep || m_reportTip == shown)
+    if (tip == ReportRules::Tip::Keep || m_reportTip == tip)
         return;
     switch (tip) {
     case ReportRules::Tip::Keep:
@@ -101,33 +128,72 @@ void CorvaneMonitorController::showReportTip(ReportRules::Tip tip)
         setStatusMenuToolTip(scheduleJobPausedTooltip.text(), syncDaemonTooltip);
         break;
     }
-    m_reportTip = shown;
+    m_reportTip = tip;
 }
 
-void CorvaneMonitorController::schedulePaused()
+void CorvaneMonitorController::showScheduledJobPaused()
 {
+    m_jobFacts.reset();
     m_menu.apply(MenuItem::PauseJob, {.title = resumeScheduleJob.text()});
     setStatusMenuIconForState(MenuIcons::paused);
     setStatusMenuToolTip(scheduleJobPausedTooltip.text(), syncDaemonTooltip);
-    std::ignore = AtomicFile::writeText(schedulerStatusInfoPath, QStringLiteral("2"));
 }
 
-void CorvaneMonitorController::scheduleResumed()
+void CorvaneMonitorController::showScheduledJobResumed()
 {
+    m_jobFacts.reset();
     m_menu.apply(MenuItem::PauseJob, {.title = pauseScheduleJob.text()});
+    setStatusMenuIconForState(MenuIcons::normal);
     const QString tip = isBackupInProgress() ? backupProgressTooltip.text()
                                              : localized(pathValue(QLatin1String("ApplicationFullName")));
     setStatusMenuToolTip(tip, syncDaemonTooltip);
-    std::ignore = AtomicFile::writeText(schedulerStatusInfoPath, QStringLiteral("1"));
-    setStatusMenuIconForState(MenuIcons::normal); // last: it reads what was just written
 }
 
-void CorvaneMonitorController::scheduleEnded()
+void CorvaneMonitorController::scheduledJobHasEnded()
 {
-    scheduleResumed(); // a job that ended while it was paused leaves no pause behind
     schedulerController.currentscheduleuser = QString();
-    CVSingletonForBackup::shared().scheduleBackupRunning = false;
     m_jobFacts.reset();
-    enableDisableManageSubMenus();
+    enableDisableManageSubMenus(runningJob());
+    evaluateStatusIcon();
+}
+
+void CorvaneMonitorController::evaluateStatusIcon()
+{
     setStatusMenuIconForState(MenuIcons::normal);
+}
+
+void CorvaneMonitorController::showProgressBtnClicked()
+{
+    QNLogger::logMonitorTrace(QStringLiteral("Start of ShowProgress from CorvaneMonitor"));
+    CVScheduleProgressViewController &view = progressView();
+    const auto shown = ReportRules::progressToShow(
+        PropertyList::readDictionary(pathValue(QLatin1String("CurrentJobs"), {})).value_or(QVariantMap()),
+        signedInUser());
+    if (shown.inWindow && CVSingletonForBackup::shared().scheduleBackupRunning)
+        m_progressWindow.showWindow();
+    if (shown.inMainApplication)
+        launchApplication();
+    view.showState();
+    QNLogger::logMonitorTrace(QStringLiteral("End of ShowProgress from CorvaneMonitor"));
+}
+
+void CorvaneMonitorController::showSchedulerProgress()
+{
+    if (!CVSingletonForBackup::shared().scheduleBackupRunning)
+        return;
+    CVScheduleProgressViewController &view = progressView();
+    m_progressWindow.showWindow();
+    view.showState();
+}
+
+void CorvaneMonitorController::pauseBtnSubMenuActn()
+{
+    const bool saysPause = m_menu.title(MenuItem::PauseJob) == pauseScheduleJob;
+    progressView().SCpauseresume(saysPause ? CVScheduleProgressViewController::PauseTag
+                                           : CVScheduleProgressViewController::ResumeTag);
+}
+
+void CorvaneMonitorController::stopBtnSubMenuActn()
+{
+    progressView().stopSchedulerSubmenu();
 }

@@ -162,6 +162,7 @@ bool CorvaneMonitorController::windowsAreOnTheDarkSide() const
 
 void CorvaneMonitorController::windowLookChanged()
 {
+    m_progressWindow.refreshColours();
     m_desktop.refreshWindowColours();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Classes/AlertPanel/AlertRole.h"
+#include "Classes/Progress/CVScheduleProgressWindowController.h"
+#include "Classes/Progress/ProgressRole.h"
 #include "Classes/Schedules/CorvaneSchedulerController.h"
 #include "Classes/Schedules/ScheduleStatusRules.h"
 #include "Messaging/DaemonChannel.h"
@@ -36,7 +38,10 @@
 /// Notifications (+Notifications.cpp), Channel (+Channel.cpp), Dispatch (+Dispatch.cpp), Sync (+Sync.cpp),
 /// Progress (+Progress.cpp), Schedules (+Schedules.cpp), Status (+Status.cpp), Quota (+Quota.cpp), and what no
 /// part carries out yet (+Later.cpp)
-class CorvaneMonitorController : public DaemonChannelOwner, public SchedulerRole, public AlertRole
+class CorvaneMonitorController : public DaemonChannelOwner,
+                                 public SchedulerRole,
+                                 public ProgressRole,
+                                 public AlertRole
 {
 public:
     /// What the controller is given: all outlive it.
@@ -97,7 +102,7 @@ public:
     void enablePreferences(); ///< a user has signed in to the main application
     void reloadPreferences();
     void reloadPreferencesFromApp();
-    void enableDisableManageSubMenus();
+    void enableDisableManageSubMenus(MenuRules::RunningJob job);
     void disableScheduleSubMenu(); ///< a click on the switch for all jobs
     void onlinehelp();
     /// @}
@@ -123,10 +128,10 @@ public:
     /// @{
     void connectToDemon();
     /// Sends one message; it waits for the connection where there is none yet, and is dropped if it is no JSON.
-    void sendData(const QVariantMap &message, qint64 tag);
+    void sendData(const QVariantMap &message, qint64 tag) override;
     /// Sends a pause, resume or stop of the scheduled job; `details` is what the message's data starts from.
     void sendDataToDaemonForCoreOperation(const std::optional<QVariantMap> &details,
-                                          ECoreOperationActionType action);
+                                          ECoreOperationActionType action) override;
     /// @}
 
     /// @name Dispatch, in CorvaneMonitorController+Dispatch.cpp
@@ -146,10 +151,13 @@ public:
     /// @name Progress, in CorvaneMonitorController+Progress.cpp
     /// @{
     void didReceiveIPCMessageOperationForProgress(const DaemonMessage &report);
-    /// The running job is paused, goes on, or has ended: icon, tool tip and switch file.
-    void schedulePaused();
-    void scheduleResumed();
-    void scheduleEnded();
+    /// Shows the progress of each running job: a scheduled one in the window here, any other in the main
+    /// application.
+    void showProgressBtnClicked();
+    /// Shows the window of the scheduled job, if one runs.
+    void showSchedulerProgress();
+    void pauseBtnSubMenuActn(); ///< does what the menu's item says
+    void stopBtnSubMenuActn();
     /// @}
 
     /// @name Schedules, in CorvaneMonitorController+Schedules.cpp
@@ -193,7 +201,7 @@ public:
     void didReceiveMessage(const QVariantList &arguments) override;
     void didRefusePayload(const QString &reason) override;
 
-    // SchedulerRole
+    // SchedulerRole, and the first two of ProgressRole
     [[nodiscard]] std::optional<QString> lastLoggedInUser() const override;
     [[nodiscard]] std::optional<QString> consoleUser() const override;
     [[nodiscard]] bool isTQL() const override;
@@ -203,8 +211,18 @@ public:
     // AlertRole
     void alertWindowDidClose() override;
 
+    // ProgressRole
+    void showScheduledJobPaused() override;
+    void showScheduledJobResumed() override;
+    void scheduledJobHasEnded() override;
+    void evaluateStatusIcon() override;
+    [[nodiscard]] CorvaneSchedulerController &scheduler() override { return schedulerController; }
+    [[nodiscard]] bool isMonitorLaunched() const override { return monitorLaunched; }
+    void setMonitorLaunched(bool launched) override { monitorLaunched = launched; }
+
 private:
     // Lifecycle
+    [[nodiscard]] bool confirm(const QString &question) const; ///< asks the user, yes or no, and waits
     void cachePaths();
     void takeKeyChainState();
     void takeUserRecord();
@@ -302,21 +320,24 @@ private:
     void pauseResumeSync();
 
     // Progress
-    struct JobFacts { ///< what the files say of the running job, looked up once a turn of the event loop
-        quint64 turn = 0;
-        bool inProgress = false;
+    struct JobFacts {         ///< what the files say of the running job
+        quint64 turn = 0;     ///< of the event loop, in which they were looked up
+        quint64 recentIn = 0; ///< the last turn in which they were still recent
+        QDateTime seen;
+        MenuRules::RunningJob job = MenuRules::RunningJob::None;
         bool paused = false;
+        bool menuFollows = false; ///< its items were brought in line
     };
-    [[nodiscard]] const JobFacts &jobFacts();
+    [[nodiscard]] bool isRecent(const QDateTime &time) const;
+    /// What they say now, or said a moment ago where a report of this type asks.
+    [[nodiscard]] JobFacts &jobFacts(std::optional<ProgressRules::ProgressType> type);
     [[nodiscard]] bool isReportOfRunningJob(const QString &userName);
-    void didReceiveInteractiveOperationProgress(std::optional<ReportRules::ProgressType> type);
+    void didReceiveInteractiveOperationProgress(std::optional<ProgressRules::ProgressType> type);
     void didReceiveOperationProgress(const DaemonMessage &report,
-                                     std::optional<ReportRules::ProgressType> type);
-    struct ReportTip {
-        quint64 turn = 0;
-        ReportRules::Tip tip = ReportRules::Tip::Keep;
-        friend bool operator==(const ReportTip &, const ReportTip &) = default;
-    };
+                                     std::optional<ProgressRules::ProgressType> type);
+    void didReceiveOlderProgress(const QVariantList &array);
+    /// The view controller, with its way back to here.
+    CVScheduleProgressViewController &progressView();
     void showReportTip(ReportRules::Tip tip);
 
     // Schedules
@@ -352,7 +373,8 @@ private:
     DistributedNotificationCenter &m_notifications;
     DesktopActions m_desktop;
     StatusMenu m_menu;
-    std::unique_ptr<Clock::Timer> m_menuTimer; ///< runs while a refresh is due
+    std::unique_ptr<Clock::Timer> m_menuTimer;     ///< runs while a refresh is due
+    std::unique_ptr<Clock::Timer> m_questionTimer; ///< runs between a click and the question that follows it
 
     // Lifecycle
     QString appFullName;
@@ -360,7 +382,7 @@ private:
     QString schedulerStatusInfoPath;
     QString loggedSyncDetailsUserPath;
     bool userNotLoggedIn = false;
-    bool monitorLaunched = false;
+    bool monitorLaunched = false; ///< no report has been shown yet
     std::unique_ptr<Clock::Timer> m_quotaTimer;
     std::unique_ptr<Clock::Timer> m_updateTimer;
     std::unique_ptr<Clock::Timer> m_notificationTimer;
@@ -402,10 +424,10 @@ private:
     bool shouldDisplayDesktopNotification = true;
 
     // Progress
-    std::optional<DaemonMessage> backUpProgressResponseDict; ///< the last whole report
+    CVScheduleProgressWindowController m_progressWindow;
     std::optional<JobFacts> m_jobFacts;
-    /// What a report last had the tool tip say, and when; empty as soon as anything else sets the tool tip.
-    std::optional<ReportTip> m_reportTip;
+    /// What a report last had the tool tip say; empty as soon as anything else sets the tool tip.
+    std::optional<ReportRules::Tip> m_reportTip;
 
     // Schedules
     CorvaneSchedulerController schedulerController;

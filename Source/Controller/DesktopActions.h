@@ -18,16 +18,17 @@ struct DesktopActions {
     std::function<void(const QString &text)> showPopover = [](const QString &) {};
     /// Shows a message window with one text.
     std::function<void(const QString &text)> showAlert = [](const QString &) {};
-    /// Asks with an alert that holds up its caller; the answer is 1 for the default button, else 0. An empty
-    /// title, text or alternate button is left out.
+    /// A question to the user. An empty title, text or alternate button is left out.
     struct Question {
         QString title;
         QString text;
         QString defaultButton;
         QString alternateButton;
     };
+    static constexpr int DefaultButton = 1; ///< the answer of the first button; the alternate one's is 0
+    /// Asks with an alert and waits for the answer; the rest of the program goes on meanwhile.
     std::function<int(const Question &)> ask = [](const Question &) { return 0; };
-    /// Has the windows that stand take the desktop's colours anew.
+    /// Has the alerts that stand take the desktop's colours anew.
     std::function<void()> refreshWindowColours = [] {};
     std::function<void(const QUrl &)> openUrl = [](const QUrl &) {};
     /// Brings a running application to the front.

@@ -1,14 +1,9 @@
 #include "Source/Controller/ReportRules.h"
 
+#include "Platform/PropertyList.h"
+
 namespace ReportRules
 {
-std::optional<ProgressType> progressType(std::optional<qint64> number)
-{
-    if (!number || *number < 0 || *number > static_cast<qint64>(ProgressType::Complete))
-        return std::nullopt;
-    return static_cast<ProgressType>(*number);
-}
-
 Route route(const std::optional<QString> &userName, std::optional<qint64> operationStartType)
 {
     if (!userName)
@@ -28,5 +23,19 @@ Tip scheduledTip(std::optional<ProgressType> type, bool jobInProgress, bool jobP
     if (type == ProgressType::Started || (jobInProgress && !jobPaused))
         return Tip::ScheduledProgress;
     return jobPaused ? Tip::ScheduledPaused : Tip::Keep;
+}
+
+ProgressToShow progressToShow(const QVariantMap &currentJobs, const QString &signedInUser)
+{
+    ProgressToShow shown;
+    for (auto account = currentJobs.cbegin(); account != currentJobs.cend(); ++account) {
+        for (const QVariant &job : account->toList()) {
+            if (PropertyList::intValue(job.toMap(), QStringLiteral("operationStartType")) == 1)
+                shown.inWindow = true;
+            else if (account.key() == signedInUser)
+                shown.inMainApplication = true;
+        }
+    }
+    return shown;
 }
 } // namespace ReportRules

@@ -1,25 +1,16 @@
 #pragma once
 
+#include "Classes/Progress/ProgressRules.h"
+
 #include <QString>
+#include <QVariantMap>
 
 #include <optional>
 
 /// The rules for a job's progress reports: plain values in, an answer out.
 namespace ReportRules
 {
-/// What a report tells, by its `progressType`.
-enum class ProgressType {
-    Started = 0,
-    Figures = 1,
-    EnumerationComplete = 2,
-    Retrying = 3,
-    Paused = 4,
-    Resumed = 5,
-    Complete = 6
-};
-
-/// The type behind a report's number, none for a number without a meaning or no number.
-[[nodiscard]] std::optional<ProgressType> progressType(std::optional<qint64> number);
+using ProgressRules::ProgressType;
 
 enum class Route {
     Drop,
@@ -34,4 +25,13 @@ enum class Tip { Keep, InteractiveProgress, InteractivePaused, ScheduledProgress
 [[nodiscard]] Tip interactiveTip(std::optional<ProgressType> type);
 /// `jobInProgress` and `jobPaused` are what the schedule archive and the pause marker say now.
 [[nodiscard]] Tip scheduledTip(std::optional<ProgressType> type, bool jobInProgress, bool jobPaused);
+
+/// Where the running jobs are shown.
+struct ProgressToShow {
+    bool inWindow = false;          ///< a scheduled job runs
+    bool inMainApplication = false; ///< another job of the signed-in account runs
+    friend bool operator==(const ProgressToShow &, const ProgressToShow &) = default;
+};
+/// `currentJobs` is the list of running jobs: an array of jobs for each account.
+[[nodiscard]] ProgressToShow progressToShow(const QVariantMap &currentJobs, const QString &signedInUser);
 } // namespace ReportRules

@@ -1,4 +1,5 @@
 #include "Tests/Controller/MonitorFixture.h"
+#include "Utility/QNUtility.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -95,6 +96,32 @@ TEST_F(ControllerTest, TheIconMovesWhileSyncWorksAndRestsAfterwards)
     const auto shown = item.images.size();
     clock.advance(1s);
     EXPECT_EQ(item.images.size(), shown) << "no timer is left";
+}
+
+TEST_F(ControllerTest, WindowsFollowTheDesktopAndThePanelItself)
+{
+    dark = true;
+    EXPECT_TRUE(controller.applicationIsOnTheDarkSide());
+    EXPECT_FALSE(controller.windowsAreOnTheDarkSide());
+    desktopDark = true;
+    controller.windowLookChanged();
+    controller.darkModeChanged();
+    EXPECT_TRUE(controller.windowsAreOnTheDarkSide());
+    EXPECT_EQ(done, QStringList({QStringLiteral("colours"), QStringLiteral("colours")}));
+
+    home.writeList(QNUtility::globalPreferencesPath(),
+                   QVariantMap{{QStringLiteral("AppleInterfaceStyle"), QStringLiteral("Light")}});
+    EXPECT_FALSE(controller.applicationIsOnTheDarkSide()) << "the setting has the first word in both";
+    EXPECT_FALSE(controller.windowsAreOnTheDarkSide());
+}
+
+TEST_F(ControllerTest, AMessageStandsUntilItsWindowCloses)
+{
+    controller.displayWindowWithAlertMsg(QStringLiteral("Sign in first."));
+    EXPECT_EQ(done, QStringList(QStringLiteral("alert Sign in first.")));
+    EXPECT_TRUE(controller.hasOpenAlertWindow());
+    controller.alertWindowDidClose();
+    EXPECT_FALSE(controller.hasOpenAlertWindow());
 }
 
 TEST_F(ControllerTest, ACancelledAccountLeavesItsMarkerAndNoFileIsLost)

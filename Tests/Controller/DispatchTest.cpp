@@ -43,9 +43,6 @@ const QString Later = u"Not available in this version: "_s;
 TEST_F(DispatchTest, EachRowIsReachedByItsNumberOrItsName)
 {
     const std::tuple<const char *, QVariantList, QStringList> rows[] = {
-        {"resume", {u"SetResumeState"_s, QString()}, {Later + u"SCpauseresume: resume"_s}},
-        {"pause", {u"SetPauseState"_s, QString()}, {Later + u"SCpauseresume: pause"_s}},
-        {"pause by number", port(u"x"_s, u"7"_s), {Later + u"SCpauseresume: pause"_s}},
         {"re-initialised", port(u"x"_s, u"516"_s), {u"Re-initialization completed"_s}},
         {"quota recalculated", port(u"x"_s, u"508"_s), {u"ReCalQuotaForSync message received"_s}},
         {"unlinked",
@@ -70,10 +67,6 @@ TEST_F(DispatchTest, EachRowIsReachedByItsNumberOrItsName)
         {"shutdown, alone",
          {u"Shutdown"_s},
          {u"----- ShutDown timer alert -------"_s, Later + u"showShutdownPopup"_s}},
-        {"old progress", {u"Progress"_s, QVariantMap()}, {Later + u"showscheduleprogress"_s}},
-        {"bandwidth",
-         {pathValue("updateBandwidthMacInUseValue"_L1)},
-         {Later + u"updateBandwidthMacInUseValueReceivedFromRM"_s}},
         {"an id and a row",
          port(u"T1019"_s, u"507"_s),
          {Later + u"enableUnlinkStatusAndPostNotification"_s,

@@ -89,13 +89,15 @@ protected:
     TestListener listener;
     ManualClock clock{QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7))};
     RecordingStatusItem item;
-    bool dark = false;
+    bool dark = false;        ///< the panel
+    bool desktopDark = false; ///< the windows
     DistributedNotificationCenter notifications;
     CorvaneMonitorController controller{
         {.statusItem = item, .clock = clock, .notifications = notifications, .desktop = desktopActions()}};
 
     /// What the controller has done, one line an action.
     QStringList done;
+    int answer = 0; ///< to a question; 1 is its first button
     bool panelIsVisible = true;
     bool daemonIsTrusted = true;
 
@@ -106,9 +108,15 @@ protected:
             done.append(QString(QLatin1String(what) + u' ' + detail).trimmed());
         };
         actions.isDark = [this] { return dark; };
+        actions.isDesktopDark = [this] { return desktopDark; };
+        actions.refreshWindowColours = [this] { done.append(QStringLiteral("colours")); };
         actions.panelIsVisible = [this] { return panelIsVisible; };
         actions.showPopover = [note](const QString &text) { note("popover", text); };
         actions.showAlert = [note](const QString &text) { note("alert", text); };
+        actions.ask = [this, note](const DesktopActions::Question &question) {
+            note("ask", question.text);
+            return answer;
+        };
         actions.runHelper = [note](const QString &path, const QStringList &) { note("helper", path); };
         actions.openUrl = [note](const QUrl &url) { note("url", url.toString()); };
         actions.openProgram = [note](const QString &) { return note("open", {}), false; };

@@ -191,6 +191,7 @@ TEST(StatusRules, TextsOfTheToolTip)
 TEST(ReportRules, RouteAndTip)
 {
     using namespace ReportRules;
+    using ProgressRules::progressType;
     EXPECT_EQ(route(std::nullopt, 0), Route::Drop);
     EXPECT_EQ(route(u"mona"_s, 0), Route::Interactive);
     EXPECT_EQ(route(u"mona"_s, 1), Route::Scheduled);

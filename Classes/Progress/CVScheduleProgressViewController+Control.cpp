@@ -1,0 +1,55 @@
+// What the user does to the running job. The window follows at once and does not wait for the daemon, whose
+// next report moves it to what was done.
+
+#include "Classes/Progress/CVScheduleProgressViewController.h"
+
+#include "Classes/Schedules/CorvaneSchedulerController.h"
+#include "Platform/AtomicFile.h"
+#include "Utility/CVSingletonForBackup.h"
+#include "Utility/Language/SchedulerProgressVC.h"
+#include "Utility/Paths/PathTable.h"
+
+#include <tuple>
+
+void CVScheduleProgressViewController::SCpauseresume(int tag)
+{
+    const bool pauses = tag == PauseTag;
+    const auto send = [this](const OutboundMessage &message) {
+        if (mainController)
+            mainController->sendData(message.message, message.tag);
+    };
+    // The core operation goes first; the state message only repeats it.
+    if (mainController)
+        mainController->sendDataToDaemonForCoreOperation(
+            std::nullopt, pauses ? ECoreOperationActionType::Pause : ECoreOperationActionType::Resume);
+    if (pauses) {
+        receivedPauseForScheduleOperation();
+        send(OutboundMessages::setPauseState());
+    } else {
+        resetViewAfterPauseForScheduleOperation();
+        send(OutboundMessages::setResumeState());
+    }
+}
+
+void CVScheduleProgressViewController::stopSchedulerSubmenu()
+{
+    // Everything goes on while the question stands, also the job, which may end by itself.
+    const int endedJobs = m_endedJobs;
+    if (m_surroundings.confirm(SchedulerProgressVC::stopSchedulerAlert) && endedJobs == m_endedJobs)
+        stopAfterQuestion();
+}
+
+void CVScheduleProgressViewController::stopAfterQuestion()
+{
+    if (mainController)
+        mainController->scheduler().isScheduleBackupStoped = true;
+    const QString state = pathValue(QLatin1String("SchedulerState"), {});
+    if (!state.isEmpty())
+        std::ignore = AtomicFile::writeText(state, QStringLiteral("3"));
+    writeSwitchFile(QStringLiteral("1"));
+    if (mainController)
+        mainController->sendDataToDaemonForCoreOperation(std::nullopt, ECoreOperationActionType::Stop);
+    CVSingletonForBackup::shared().scheduleBackupRunning = false;
+    resumeToPause();
+    closeWindow();
+}

@@ -1,0 +1,301 @@
+// Reports of the running job. A figure that a report leaves out stays as it was.
+
+#include "Classes/Progress/CVScheduleProgressViewController.h"
+
+#include "Classes/Schedules/CorvaneSchedulerController.h"
+#include "Platform/AtomicFile.h"
+#include "Platform/PropertyList.h"
+#include "Utility/CVSingletonForBackup.h"
+#include "Utility/Language/SchedulerProgressVC.h"
+#include "Utility/Paths/PathTable.h"
+#include "Utility/UserRecords.h"
+
+#include <tuple>
+
+using namespace SchedulerProgressVC;
+using namespace ProgressRules;
+
+namespace
+{
+constexpr QLatin1StringView OperationData("operationData");
+constexpr QLatin1StringView ProgressData("operationData/progressData");
+
+std::optional<qint64> operationType(const DaemonMessage &report)
+{
+    return report.integer(QLatin1StringView("operationType"));
+}
+
+FieldGroup groupOf(const DaemonMessage &report)
+{
+    return groupForFigures(report.integer(QLatin1StringView("operationDetailedType")));
+}
+} // namespace
+
+void CVScheduleProgressViewController::progressReceivedData(const DaemonMessage &report)
+{
+    backUpProgressResponseDict = report;
+    handleProgressResponse(report);
+    changed();
+}
+
+void CVScheduleProgressViewController::handleProgressResponse(const DaemonMessage &report)
+{
+    const auto type = progressType(report.progressType());
+    if (!type)
+        return;
+    switch (*type) {
+    case ProgressType::Started:
+        return operationStarted(report);
+    case ProgressType::Figures:
+        return operationReceivedProgressData(report);
+    case ProgressType::EnumerationComplete:
+        progressStarted = true;
+        return;
+    case ProgressType::Retrying:
+        return operationRetries();
+    case ProgressType::Paused:
+        if (isNewsOfRunningJob(report))
+            joinRunningOperation(report);
+        return receivedPauseForScheduleOperation();
+    case ProgressType::Resumed:
+        return resetViewAfterPauseForScheduleOperation();
+    case ProgressType::Complete:
+        return resetSchedulerProgress();
+    }
+}
+
+void CVScheduleProgressViewController::operationStarted(const DaemonMessage &report)
+{
+    if (mainController) {
+        CorvaneSchedulerController &scheduler = mainController->scheduler();
+        scheduler.isScheduleBackupInProgress(); // whose job runs
+        scheduler.isScheduleBackupStoped = false;
+        mainController->setMonitorLaunched(false);
+    }
+    reSetSchedulerProgressWindow();
+    CVSingletonForBackup::shared().scheduleBackupRunning = true;
+    m_display.scProgressText.isShown = false;
+    m_display.progressPercent = 0;
+    setUIForScheduleProgress(report);
+}
+
+/// Whether a job turns out to run that this window knows nothing of: the monitor started, or the channel was
+/// away, while it began. A job that the user has stopped is not taken up again by its last reports.
+bool CVScheduleProgressViewController::isNewsOfRunningJob(const DaemonMessage &report) const
+{
+    if (!mainController || report.memberCount(OperationData).value_or(0) == 0)
+        return false;
+    return mainController->isMonitorLaunched() || (!CVSingletonForBackup::shared().scheduleBackupRunning &&
+                                                   !mainController->scheduler().isScheduleBackupStoped);
+}
+
+void CVScheduleProgressViewController::joinRunningOperation(const DaemonMessage &report)
+{
+    CVSingletonForBackup::shared().scheduleBackupRunning = true;
+    setUIForScheduleProgress(report);
+    mainController->setMonitorLaunched(false);
+}
+
+void CVScheduleProgressViewController::operationReceivedProgressData(const DaemonMessage &report)
+{
+    if (isNewsOfRunningJob(report))
+        joinRunningOperation(report);
+    if (isProgressAnimating)
+        showMainPane();
+    showProgressForScheduleOperation(report);
+}
+
+void CVScheduleProgressViewController::setUIForScheduleProgress(const DaemonMessage &report)
+{
+    const auto userName = report.userName();
+    if (!userName)
+        return;
+    emailForUser = presentable(userName->toStdString());
+    m_display.progressBarIsShown = false;
+    progressStarted = false;
+    showPreparingPane(prepFilelist);
+
+    const auto type = operationType(report);
+    if (type == 0)
+        loadThrottleSettings();
+    const auto record = UserRecords::getActiveUserDetails().value_or(QVariantMap());
+    if (const auto group = groupAtStart(type, PropertyList::textValue(record, QStringLiteral("dedup"))))
+        showGroup(*group);
+    m_display.scPauseButtonIsShown = canBePaused(type);
+    m_display.titleEmailLabel = titleLine(emailForUser, prorgessTitile);
+    progressStarted = report.contains(QLatin1StringView("operationData/showPercentage"));
+    m_display.progressBarIsShown = progressStarted;
+    if (report.contains(QLatin1StringView("operationData/pauseState")))
+        receivedPauseForScheduleOperation();
+}
+
+void CVScheduleProgressViewController::showProgressForScheduleOperation(const DaemonMessage &report)
+{
+    m_figures.begin();
+    if (!report.forEachText(
+            ProgressData, [this](std::string_view name, std::string_view text) { m_figures.take(name, text); }))
+        return;
+    using Figure = ProgressFigures::Figure;
+    const auto show = [this](Figure figure, QString &field) {
+        if (m_figures.has(figure))
+            field = m_figures.text(figure);
+    };
+    const FieldGroup group = groupOf(report);
+    showGroup(group);
+    m_display.scProgressStatus.isShown = false;
+    if (group == FieldGroup::BackupInfo) {
+        m_display.bandwidthBgViewIsShown = false;
+        show(Figure::ElapsedTime, m_display.scElapsedTime);
+        show(Figure::EstimatedTime, m_display.scEstimatedTime.text);
+    } else {
+        show(Figure::RemainingFiles, m_display.scRemainingFiles_Dedup);
+        show(Figure::CompletedFiles, m_display.scCompletedFiles_Dedup);
+        show(Figure::ElapsedTime, m_display.scElapsedTime_Dedup.text);
+        m_display.scElapsedTime_Dedup.isShown = true;
+        show(Figure::EstimatedTime, m_display.scEstimatedTime_Dedup);
+    }
+    showPercentage();
+    show(Figure::TransferSpeed, m_display.scSpeedText);
+    showFileLine();
+}
+
+void CVScheduleProgressViewController::showPercentage()
+{
+    const auto percent = m_figures.has(ProgressFigures::Percentage)
+                             ? percentage(m_figures.bytes(ProgressFigures::Percentage))
+                             : std::nullopt;
+    if (!percent)
+        return;
+    m_display.scProgressText.isShown = progressStarted;
+    if (progressStarted && *percent > 0) {
+        showPercent(*percent);
+    } else if (!progressStarted || *percent == 0) {
+        m_display.scEstimatedTime_Dedup = calculating;
+        m_display.scEstimatedTime.text = calculating;
+    }
+}
+
+void CVScheduleProgressViewController::showPercent(qint64 percent)
+{
+    m_display.progressPercent = int(std::min<qint64>(percent, 100));
+    m_display.scProgressText = {percentText(m_display.progressPercent), true};
+}
+
+void CVScheduleProgressViewController::showFileLine()
+{
+    if (m_figures.has(ProgressFigures::FileName) && m_figures.has(ProgressFigures::TransferMode) &&
+        m_figures.has(ProgressFigures::FileSize))
+        m_fileLineIsStale = true;
+}
+
+void CVScheduleProgressViewController::showGroup(FieldGroup group)
+{
+    m_display.scFileCountViewIsShown = group == FieldGroup::FileCounts;
+    m_display.backupInfoBgViewIsShown = group == FieldGroup::BackupInfo;
+}
+
+void CVScheduleProgressViewController::showPreparingPane(const QString &text)
+{
+    isProgressAnimating = true;
+    m_display.preparingText = text;
+}
+
+void CVScheduleProgressViewController::showMainPane()
+{
+    isProgressAnimating = false;
+    m_display.progressBarIsShown = true;
+}
+
+void CVScheduleProgressViewController::operationRetries()
+{
+    if (isProgressAnimating)
+        showPreparingPane(retrying);
+    else
+        m_display.scProgressStatus = {retrying, true};
+}
+
+void CVScheduleProgressViewController::receivedPauseForScheduleOperation()
+{
+    if (mainController)
+        mainController->showScheduledJobPaused();
+    pauseToResume();
+    writeSwitchFile(QStringLiteral("2"));
+}
+
+void CVScheduleProgressViewController::resetViewAfterPauseForScheduleOperation()
+{
+    resumeToPause();
+    if (mainController)
+        mainController->showScheduledJobResumed();
+    writeSwitchFile(QStringLiteral("1"));
+    if (mainController)
+        mainController->evaluateStatusIcon(); // it asks the file that was just written
+}
+
+void CVScheduleProgressViewController::resetSchedulerProgress()
+{
+    ++m_endedJobs;
+    restore = false;
+    resetViewAfterPauseForScheduleOperation(); // a job that ended while it was paused leaves no pause behind
+    CVSingletonForBackup::shared().scheduleBackupRunning = false;
+    closeWindow();
+    if (mainController)
+        mainController->scheduledJobHasEnded();
+    reSetSchedulerProgressWindow();
+}
+
+void CVScheduleProgressViewController::reSetSchedulerProgressWindow()
+{
+    if (!progressStarted)
+        m_display.preparingText = prepFilelist;
+    if (!CVSingletonForBackup::shared().scheduleBackupRunning) {
+        m_display.backupInfoBgViewIsShown = true;
+        m_display.scEstimatedTime.text.clear();
+        m_display.scElapsedTime = QStringLiteral("00:00:00");
+        m_display.scPauseButtonIsShown = false;
+        m_display.progressBarIsShown = false;
+        m_display.progressPercent = 0;
+    }
+    m_display.scFileCountViewIsShown = false;
+    m_display.scStopButtonIsShown = true;
+    for (QString *text :
+         {&m_display.scEstimatedTime_Dedup, &m_display.scElapsedTime_Dedup.text,
+          &m_display.scRemainingFiles_Dedup, &m_display.scCompletedFiles_Dedup, &m_display.scProgressText.text,
+          &m_display.scFilePath, &m_display.scSpeedText, &m_display.scProgressStatus.text})
+        text->clear();
+    m_fileLineIsStale = false;
+    m_display.scElapsedTime_Dedup.isShown = false;
+}
+
+void CVScheduleProgressViewController::pauseToResume()
+{
+    m_isSchedulePaused = true;
+    m_display.titleEmailLabel = titleLine(emailForUser, pausedTitle);
+    checkOperationDetailedTypeToDisplayBandwidth();
+    changed();
+}
+
+void CVScheduleProgressViewController::resumeToPause()
+{
+    m_isSchedulePaused = false;
+    m_display.titleEmailLabel = titleLine(emailForUser, prorgessTitile);
+    checkOperationDetailedTypeToDisplayBandwidth();
+    changed();
+}
+
+void CVScheduleProgressViewController::checkOperationDetailedTypeToDisplayBandwidth()
+{
+    if (!backUpProgressResponseDict || !backUpProgressResponseDict->memberCount(ProgressData))
+        return;
+    if (groupOf(*backUpProgressResponseDict) == FieldGroup::BackupInfo)
+        m_display.bandwidthBgViewIsShown = false;
+    else
+        loadThrottleSettings();
+}
+
+void CVScheduleProgressViewController::writeSwitchFile(const QString &word)
+{
+    const QString path = pathValue(QLatin1String("SchedulerStatusInfoPath"), {});
+    if (AtomicFile::readText(path) != word) // a daemon that repeats itself need not cost a write each time
+        std::ignore = AtomicFile::writeText(path, word);
+}
