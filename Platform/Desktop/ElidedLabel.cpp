@@ -87,7 +87,12 @@ void ElidedLabel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const QRect area = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
     const auto place = QStyle::visualAlignment(Qt::LeftToRight, alignment());
-    style()->drawItemText(&painter, area,
-                          static_cast<int>(place) | Qt::TextSingleLine | Qt::TextForceLeftToRight, palette(),
-                          isEnabled(), shownText(), foregroundRole());
+    const QString line = shownText();
+    const QFontMetrics metrics = fontMetrics();
+    const QSize size(metrics.horizontalAdvance(line), metrics.height());
+    const QRect box = QStyle::alignedRect(Qt::LeftToRight, place, size, area);
+    // On the base line of the label's own font: another script's font, taller, would push the line out of it.
+    painter.setLayoutDirection(Qt::LeftToRight);
+    painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
+    painter.drawText(QPoint(box.left(), box.top() + metrics.ascent()), line);
 }
