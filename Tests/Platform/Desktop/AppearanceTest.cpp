@@ -90,18 +90,19 @@ TEST(Appearance, EachChangeIsToldToThoseWhomItConcerns)
 {
     const QTemporaryDir folder;
     const PrivateBus bus(folder.path());
-    SettingService portal(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", Scheme, 1u);
+    SettingService portal(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", Scheme, 2u);
     SettingService panel(bus, "org.xfce.Xfconf", "/org/xfce/Xfconf", PanelKey, true);
     const BusClient client(bus);
     int panelChanges = 0, windowChanges = 0;
     const Appearance appearance(
         QStringLiteral("XFCE"), [&] { ++panelChanges; }, [&] { ++windowChanges; }, client.connection());
-    ASSERT_TRUE(waitUntil([&] { return appearance.isDark() && appearance.isDesktopDark(); }));
-    ASSERT_EQ(portal.asked + panel.asked, 2);
+    // Only the panel's own answer makes it dark, so it has come by then; the portal's goes before its next
+    // word.
+    ASSERT_TRUE(waitUntil([&] { return appearance.isDark() && portal.asked == 1; }));
     panelChanges = windowChanges = 0;
 
-    portal.change("org.freedesktop.portal.Settings", "SettingChanged", 2u);
-    EXPECT_TRUE(waitUntil([&] { return !appearance.isDesktopDark(); }));
+    portal.change("org.freedesktop.portal.Settings", "SettingChanged", 1u);
+    EXPECT_TRUE(waitUntil([&] { return appearance.isDesktopDark(); }));
     EXPECT_TRUE(appearance.isDark());
     EXPECT_EQ(panelChanges, 0);
     EXPECT_EQ(windowChanges, 1);
