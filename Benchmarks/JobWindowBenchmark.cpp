@@ -55,6 +55,14 @@ constexpr int ReportsPerSecond = 20;
     }
 }
 
+pid_t startChild(void (*run)(int listener), int listener)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        run(listener);
+    return child;
+}
+
 double processorSeconds()
 {
     rusage usage{};
@@ -117,11 +125,7 @@ int main(int argc, char **argv)
     quint16 port = 0, silentPort = 0;
     const int listener = RunningJob::listenOnLoopback(&port);
     const int silent = RunningJob::listenOnLoopback(&silentPort);
-    const pid_t children[] = {::fork(), ::fork()};
-    if (children[0] == 0)
-        runSender(listener);
-    if (children[1] == 0)
-        runSilence(silent);
+    const pid_t children[] = {startChild(runSender, listener), startChild(runSilence, silent)};
     ::close(listener);
     ::close(silent);
     const QApplication application(argc, argv);
