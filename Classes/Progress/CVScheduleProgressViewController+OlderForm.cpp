@@ -87,6 +87,7 @@ void CVScheduleProgressViewController::takeOlderFormKind(const QString &kind)
 
 void CVScheduleProgressViewController::olderFormStarted(const QString &kind)
 {
+    endPauseOfFormerJob();
     if (mainController)
         mainController->setMonitorLaunched(false);
     CVSingletonForBackup::shared().scheduleBackupRunning = true;

@@ -66,6 +66,7 @@ void CVScheduleProgressViewController::handleProgressResponse(const DaemonMessag
 
 void CVScheduleProgressViewController::operationStarted(const DaemonMessage &report)
 {
+    endPauseOfFormerJob();
     if (mainController) {
         CorvaneSchedulerController &scheduler = mainController->scheduler();
         scheduler.isScheduleBackupInProgress(); // whose job runs
@@ -77,6 +78,13 @@ void CVScheduleProgressViewController::operationStarted(const DaemonMessage &rep
     m_display.scProgressText.isShown = false;
     m_display.progressPercent = 0;
     setUIForScheduleProgress(report);
+}
+
+/// A job may have ended unheard, while the channel was away; its pause isn't the next one's.
+void CVScheduleProgressViewController::endPauseOfFormerJob()
+{
+    if (m_isSchedulePaused)
+        resetViewAfterPauseForScheduleOperation();
 }
 
 /// Whether a job turns out to run that this window knows nothing of: the monitor started, or the channel was

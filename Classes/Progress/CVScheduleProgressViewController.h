@@ -101,6 +101,7 @@ private:
     void handleProgressResponse(const DaemonMessage &report);
     void operationStarted(const DaemonMessage &report);
     void operationReceivedProgressData(const DaemonMessage &report);
+    void endPauseOfFormerJob();
     void joinRunningOperation(const DaemonMessage &report);
     [[nodiscard]] bool isNewsOfRunningJob(const DaemonMessage &report) const;
     void setUIForScheduleProgress(const DaemonMessage &report);

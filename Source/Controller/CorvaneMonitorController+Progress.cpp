@@ -1,6 +1,6 @@
 // A job's reports on their way to icon, tool tip and progress window, and what the menu has done to the job.
-// Reports may come by the thousand: what the files say of the job is looked up once a turn of the event loop,
-// and a report that changes nothing on the screen ends after its rule.
+// Reports may come by the thousand: what the files say of the job is looked up at most once a turn of the event
+// loop, and twice a second while nothing but figures comes.
 
 #include "Source/Controller/CorvaneMonitorController.h"
 

@@ -185,6 +185,21 @@ TEST_F(ProgressReports, AJobThatIsPausedAlreadyIsJoined)
     EXPECT_EQ(shown().pane, Pane::Preparing) << "until its figures come";
 }
 
+TEST_F(ProgressReports, APauseIsNotTheNextJobs)
+{
+    start();
+    figures(R"("percentage":"42")");
+    report(4);
+    start(); // the end of the first one was lost
+    EXPECT_FALSE(shown().isPaused);
+    EXPECT_EQ(shown().pane, Pane::Preparing);
+    EXPECT_EQ(role.switchWord(), u"1"_s);
+
+    report(4);
+    view.showscheduleprogress({QVariantMap(), u"Start"_s, u"SchOnlineBackup"_s, u"mona"_s});
+    EXPECT_FALSE(shown().isPaused);
+}
+
 TEST_F(ProgressReports, WithoutAControllerTheViewStillFollows)
 {
     view.mainController = nullptr;
