@@ -114,7 +114,7 @@ double monitorsPercent(quint16 port, Window window, std::chrono::seconds length)
     monitor.awakeFromNib();
     CVSingletonForBackup::shared().scheduleBackupRunning = true;
     if (window == Window::Open)
-        monitor.showSchedulerProgress();
+        monitor.jobReports().showSchedulerProgress();
     return percentOfOneCore(length);
 }
 } // namespace

@@ -179,7 +179,8 @@ private:
     qint64 m_sum = 0;
 };
 
-/// The monitor itself, without a panel, that counts the reports it has dealt with.
+/// The monitor itself, without a panel, that counts the reports it has dealt with, and the time from the
+/// connection on: its start is measured elsewhere.
 class MeasuredMonitor : public CorvaneMonitorController
 {
 public:
@@ -187,15 +188,25 @@ public:
         : CorvaneMonitorController(std::move(surroundings)), m_loop(loop), m_left(count)
     {
     }
+    void channelDidConnect() override
+    {
+        m_elapsed.start();
+        CorvaneMonitorController::channelDidConnect();
+    }
     void didReceiveProgress(const DaemonMessage &message) override
     {
         CorvaneMonitorController::didReceiveProgress(message);
-        if (--m_left == 0)
-            m_loop.quit();
+        if (--m_left > 0)
+            return;
+        m_seconds = double(m_elapsed.nsecsElapsed()) / 1e9;
+        m_loop.quit();
     }
+    [[nodiscard]] double seconds() const { return m_seconds; }
 
 private:
     QEventLoop &m_loop;
+    QElapsedTimer m_elapsed;
+    double m_seconds = 0;
     int m_left;
 };
 
@@ -210,18 +221,15 @@ Result wholeMonitor(quint16 port, int count, Window window)
     RecordingStatusItem item;
     DistributedNotificationCenter notifications;
     MeasuredMonitor monitor({.statusItem = item, .clock = clock, .notifications = notifications}, loop, count);
-    QElapsedTimer elapsed;
-    elapsed.start();
     monitor.awakeFromNib();
     CVSingletonForBackup::shared().scheduleBackupRunning = true;
     if (window == Window::Open)
-        monitor.showSchedulerProgress();
+        monitor.jobReports().showSchedulerProgress();
     const PauseMeter pauses;
     loop.exec();
-    const double seconds = double(elapsed.nsecsElapsed()) / 1e9;
     if (!item.toolTip().endsWith("Scheduled Backup is in progress."_L1))
         qFatal("wrong tool tip");
-    return {seconds, pauses.longestMs()};
+    return {monitor.seconds(), pauses.longestMs()};
 }
 
 Result ourWay(quint16 port, bool whole, int count)

@@ -1,21 +1,51 @@
 #include "Messaging/DaemonMessage.h"
 
+#include "Platform/Limits.h"
+
 #include <simdjson.h>
 
 #include <algorithm>
-
 #include <array>
+#include <bit>
+
+#include <malloc.h>
 
 using namespace Qt::StringLiterals;
 namespace dom = simdjson::dom;
 
 namespace
 {
-/// What the parser keeps for the next payload is bounded: memory that one great message took is given back.
-constexpr qsizetype KeptPayloadLimit = 256 * 1024;
-
 constexpr std::array ArgumentKeys{"type",      "data",        "State",   "UserName",
                                   "operation", "destination", "profile", "newOperation"};
+
+/// Whether the payload holds more values than anything that makes sense, told without taking memory for them.
+/// It need not be JSON; keys count as nothing, and a collection within another one counts twice.
+bool hasTooManyValues(const QByteArray &payload)
+{
+    if (payload.size() <= Limits::MessageValues)
+        return false;
+    qsizetype values = 0;
+    bool inText = false;
+    for (auto byte = payload.cbegin(); byte != payload.cend(); ++byte) {
+        if (*byte == '"')
+            inText = !inText;
+        else if (inText && *byte == '\\' && byte + 1 != payload.cend())
+            ++byte;
+        else if (!inText && (*byte == ',' || *byte == '[' || *byte == '{'))
+            ++values;
+    }
+    return values > Limits::MessageValues;
+}
+
+/// Memory that one great message took is given back to the system, and not kept for the next.
+template<class T>
+void deleteAndGiveBack(T *content)
+{
+    const bool isGreat = content->payload.size() > Limits::KeptFrameBytes;
+    delete content;
+    if (isGreat)
+        malloc_trim(0);
+}
 
 QString toString(std::string_view text)
 {
@@ -81,28 +111,67 @@ struct DaemonMessage::Content {
 
     [[nodiscard]] dom::object object() const { return document.root().get_object().value_unsafe(); }
 
+    /// One report after the other asks for the name of one account, so the last text is kept.
+    const QString &lastText(std::string_view utf8) const
+    {
+        if (m_lastUtf8 != utf8) {
+            m_lastUtf8 = utf8;
+            m_lastText = toString(utf8);
+        }
+        return m_lastText;
+    }
+
+    /// To be called when the document is another.
+    void noteMembers()
+    {
+        m_noted = 0;
+        for (const auto [name, value] : object()) {
+            if (m_noted == m_members.size())
+                break;
+            m_members[m_noted++] = {name, value};
+        }
+    }
+
     [[nodiscard]] std::optional<dom::element> topLevel(std::string_view key) const
     {
-        return within(document.root(), key);
+        const auto end = m_members.begin() + m_noted;
+        const auto found =
+            std::find_if(m_members.begin(), end, [&](const Member &one) { return one.name == key; });
+        if (found != end)
+            return found->value;
+        return m_noted == m_members.size() ? within(document.root(), key) : std::nullopt;
     }
 
     /// `path` at the top level; where its first name is missing there, in `data`.
     [[nodiscard]] std::optional<dom::element> find(std::string_view path) const
     {
-        const auto first = path.substr(0, path.find('/'));
+        auto slash = path.find('/');
+        const auto first = path.substr(0, slash);
         auto value = topLevel(first);
         if (!value) {
             const auto data = topLevel("data");
             value = data ? within(*data, first) : std::nullopt;
         }
-        while (value && path.find('/') != path.npos) {
-            path.remove_prefix(path.find('/') + 1);
-            value = within(*value, path.substr(0, path.find('/')));
+        while (value && slash != path.npos) {
+            path.remove_prefix(slash + 1);
+            slash = path.find('/');
+            value = within(*value, path.substr(0, slash));
         }
         return value;
     }
 
 private:
+    struct Member {
+        std::string_view name;
+        dom::element value;
+    };
+    /// The first members of the top level: several are asked for, and the form of the document is slow to
+    /// search.
+    std::array<Member, 16> m_members;
+    std::size_t m_noted = 0;
+    mutable std::string m_lastUtf8;
+    mutable QString m_lastText = u""_s; // as of an empty text
+
     static std::optional<dom::element> within(const dom::element &object, std::string_view key)
     {
         dom::element value;
@@ -137,7 +206,7 @@ std::optional<QString> DaemonMessage::text(QLatin1StringView key) const
     const auto value = m_content->find(toView(key));
     if (!value || value->get_string().get(text) != simdjson::SUCCESS)
         return std::nullopt;
-    return toString(text);
+    return m_content->lastText(text);
 }
 
 std::optional<qint64> DaemonMessage::integer(QLatin1StringView key) const
@@ -154,28 +223,54 @@ bool DaemonMessage::contains(QLatin1StringView key) const
     return m_content->find(toView(key)).has_value();
 }
 
-std::optional<qsizetype> DaemonMessage::memberCount(QLatin1StringView key) const
+std::optional<DaemonMessage::Object> DaemonMessage::object(QLatin1StringView key) const
 {
     dom::object object;
     const auto value = m_content->find(toView(key));
     if (!value || value->get_object().get(object) != simdjson::SUCCESS)
         return std::nullopt;
-    return qsizetype(object.size());
+    return Object(std::bit_cast<Object::Place>(object));
 }
 
-bool DaemonMessage::forEachText(QLatin1StringView key,
-                                const std::function<void(std::string_view, std::string_view)> &take) const
+namespace
 {
-    dom::object object;
-    const auto value = m_content->find(toView(key));
-    if (!value || value->get_object().get(object) != simdjson::SUCCESS)
-        return false;
-    for (const auto [name, member] : object) {
+template<class Place>
+dom::object objectAt(const Place &place)
+{
+    return std::bit_cast<dom::object>(place);
+}
+} // namespace
+
+qsizetype DaemonMessage::Object::memberCount() const
+{
+    return qsizetype(objectAt(m_place).size());
+}
+
+std::string_view DaemonMessage::Object::text(std::string_view name) const
+{
+    std::string_view text;
+    return objectAt(m_place).at_key(name).get_string().get(text) == simdjson::SUCCESS ? text
+                                                                                      : std::string_view();
+}
+
+bool DaemonMessage::Object::hasSameMembers(const Object &other) const
+{
+    const auto ours = objectAt(m_place);
+    const auto theirs = objectAt(other.m_place);
+    return std::equal(ours.begin(), ours.end(), theirs.begin(), theirs.end(),
+                      [](const dom::key_value_pair &one, const dom::key_value_pair &another) {
+                          return one.key == another.key && one.value.type() == another.value.type();
+                      });
+}
+
+void DaemonMessage::Object::forEachText(
+    const std::function<void(std::string_view, std::string_view)> &take) const
+{
+    for (const auto [name, member] : objectAt(m_place)) {
         std::string_view text;
         if (member.get_string().get(text) == simdjson::SUCCESS)
             take(name, text);
     }
-    return true;
 }
 
 const QVariantMap &DaemonMessage::toVariantMap() const
@@ -207,12 +302,18 @@ DaemonMessageReader::~DaemonMessageReader() = default;
 
 std::optional<DaemonMessage> DaemonMessageReader::read(QByteArray payload, QString *reason)
 {
+    if (hasTooManyValues(payload)) {
+        *reason = u"too many values"_s;
+        return std::nullopt;
+    }
     const auto size = size_t(payload.size());
     const bool padded = size_t(payload.capacity()) >= size + simdjson::SIMDJSON_PADDING;
     const auto free = std::find_if(m_kept.begin(), m_kept.end(),
                                    [](const auto &kept) { return kept && kept.use_count() == 1; });
-    const auto content =
-        free != m_kept.end() ? std::exchange(*free, nullptr) : std::make_shared<DaemonMessage::Content>();
+    const auto content = free != m_kept.end()
+                             ? std::exchange(*free, nullptr)
+                             : std::shared_ptr<DaemonMessage::Content>(
+                                   new DaemonMessage::Content, deleteAndGiveBack<DaemonMessage::Content>);
     content->payload = std::move(payload);
     content->map.reset();
 
@@ -220,7 +321,7 @@ std::optional<DaemonMessage> DaemonMessageReader::read(QByteArray payload, QStri
     const auto error =
         m_parser->parser.parse_into_document(content->document, content->payload.constData(), size, !padded)
             .get(root);
-    if (size > KeptPayloadLimit)
+    if (size > Limits::KeptFrameBytes)
         m_parser = std::make_unique<Parser>();
     if (error != simdjson::SUCCESS || !root.is_object()) {
         *reason = error != simdjson::SUCCESS
@@ -228,8 +329,9 @@ std::optional<DaemonMessage> DaemonMessageReader::read(QByteArray payload, QStri
                       : u"the top level is no object"_s;
         return std::nullopt;
     }
+    content->noteMembers();
     const auto place = std::find(m_kept.begin(), m_kept.end(), nullptr);
-    if (size <= KeptPayloadLimit)
+    if (size <= Limits::KeptFrameBytes)
         (place != m_kept.end() ? *place : m_kept.front()) = content;
     return DaemonMessage(content);
 }

@@ -19,6 +19,8 @@
 class DaemonMessage
 {
 public:
+    class Object;
+
     /// The payload as it came.
     [[nodiscard]] const QByteArray &payload() const;
 
@@ -44,12 +46,8 @@ public:
     [[nodiscard]] std::optional<QString> text(QLatin1StringView key) const;
     [[nodiscard]] std::optional<qint64> integer(QLatin1StringView key) const;
     [[nodiscard]] bool contains(QLatin1StringView key) const;
-    /// How many members the object has; none where there is no object.
-    [[nodiscard]] std::optional<qsizetype> memberCount(QLatin1StringView key) const;
-    /// Calls `take` with name and value, both in UTF-8, of each member of that object whose value is a text; in
-    /// the order in which they came. False when there is no such object.
-    bool forEachText(QLatin1StringView key,
-                     const std::function<void(std::string_view name, std::string_view text)> &take) const;
+    /// An object within, which is looked for only once then; none where there is no object.
+    [[nodiscard]] std::optional<Object> object(QLatin1StringView key) const;
 
     /// The whole object. Made at the first call and then kept.
     [[nodiscard]] const QVariantMap &toVariantMap() const;
@@ -62,6 +60,28 @@ private:
     struct Content;
     explicit DaemonMessage(std::shared_ptr<Content> content) : m_content(std::move(content)) {}
     std::shared_ptr<Content> m_content;
+};
+
+/// An object within a message; valid for as long as that message is kept. Names and texts are UTF-8.
+class DaemonMessage::Object
+{
+public:
+    [[nodiscard]] qsizetype memberCount() const;
+    /// Empty for a member that is missing or no text.
+    [[nodiscard]] std::string_view text(std::string_view name) const;
+    /// Whether the other one has members of the same names and kinds in the same order.
+    [[nodiscard]] bool hasSameMembers(const Object &other) const;
+    /// Calls `take` with name and value of each member whose value is a text; in the order in which they came.
+    void forEachText(const std::function<void(std::string_view name, std::string_view text)> &take) const;
+
+private:
+    friend class DaemonMessage;
+    struct Place { // as the parser has it
+        const void *document = nullptr;
+        std::size_t index = 0;
+    };
+    explicit Object(const Place &place) : m_place(place) {}
+    Place m_place;
 };
 
 /// Makes messages from payloads. It keeps its parser, and the memory of a message that nobody holds any more,

@@ -26,13 +26,18 @@ bool isDecided(int fd)
     return ::poll(&entry, 1, 0) == 1;
 }
 
-/// How an attempt that is no longer under way has ended: an errno, 0 for success.
-int outcome(int fd)
+/// The error that an attempt has met so far: an errno, 0 for none. Asking takes it off the socket.
+int pendingError(int fd)
 {
     int error = 0;
     socklen_t size = sizeof error;
-    if (::getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) != 0)
-        return errno;
+    return ::getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
+}
+
+/// How an attempt that is no longer under way has ended: an errno, 0 for success.
+int outcome(int fd)
+{
+    const int error = pendingError(fd);
     // Nobody listens there: the system has joined the socket with itself.
     return error == 0 && isConnectedToItself(fd) ? ECONNREFUSED : error;
 }
@@ -120,6 +125,9 @@ std::optional<SocketError> GCDAsyncSocket::tryAddress(const SocketAddress &addre
     const bool open = ::connect(fd, address.data(), address.length) == 0;
     if (!open && errno != EINPROGRESS && errno != EINTR)
         return systemError(errno, ConnectCall);
+    // Refused already: the most frequent answer while a daemon is away, so it is asked for first.
+    if (const int error = open ? 0 : pendingError(fd))
+        return systemError(error, ConnectCall);
     if (open || isDecided(fd)) {
         if (const int error = outcome(fd))
             return systemError(error, ConnectCall);

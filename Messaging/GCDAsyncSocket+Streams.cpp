@@ -25,6 +25,8 @@ bool wouldBlock(int error)
 }
 } // namespace
 
+thread_local GCDAsyncSocket::FollowUp *GCDAsyncSocket::t_followUp = nullptr;
+
 // ---- Reads --------------------------------------------------------------------------------------------------
 
 void GCDAsyncSocket::enqueueRead(GCDAsyncReadPacket packet)
@@ -39,7 +41,7 @@ void GCDAsyncSocket::enqueueRead(GCDAsyncReadPacket packet)
     });
 }
 
-void GCDAsyncSocket::startRead(GCDAsyncReadPacket packet)
+void GCDAsyncSocket::startRead(GCDAsyncReadPacket &&packet)
 {
     m_currentRead = std::move(packet);
     ++m_readSerial;
@@ -155,10 +157,32 @@ void GCDAsyncSocket::completeCurrentRead()
     auto data = m_currentRead->take();
     const qint64 tag = m_currentRead->tag;
     m_currentRead.reset();
+    if (tellAfterPresentCall(data, tag))
+        return;
     tellDelegate(
         [data = std::move(data), tag](GCDAsyncSocketDelegate &delegate, GCDAsyncSocket &socket) mutable {
             delegate.socketDidReadData(socket, std::move(data), tag);
         });
+}
+
+/// Only where nothing else is under way to the delegate, so that the order holds.
+bool GCDAsyncSocket::tellAfterPresentCall(QByteArray &data, qint64 tag)
+{
+    FollowUp *const present = t_followUp;
+    if (!present || present->socket != this || !present->isOpen || present->data || m_callsUnderWay > 0)
+        return false;
+    present->delegate = m_delegate;
+    present->data = std::move(data);
+    present->tag = tag;
+    return true;
+}
+
+void GCDAsyncSocket::tellFollowUp(FollowUp &followUp)
+{
+    auto data = std::exchange(followUp.data, std::nullopt);
+    const auto listener = data ? followUp.delegate.lock() : nullptr;
+    if (listener)
+        listener->socketDidReadData(*this, std::move(*data), followUp.tag);
 }
 
 // ---- Writes -------------------------------------------------------------------------------------------------

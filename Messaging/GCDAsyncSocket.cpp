@@ -1,5 +1,7 @@
 #include "Messaging/GCDAsyncSocket.h"
 
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace
@@ -145,6 +147,17 @@ bool GCDAsyncSocket::isConnected() const
     bool connected = false;
     m_socketQueue.sync([&] { connected = m_flags.connected; });
     return connected;
+}
+
+quint16 GCDAsyncSocket::localPort() const
+{
+    sockaddr_in address{};
+    m_socketQueue.sync([&] {
+        socklen_t size = sizeof address;
+        if (m_flags.connected)
+            ::getsockname(m_socket.fd(), reinterpret_cast<sockaddr *>(&address), &size);
+    });
+    return address.sin_family == AF_INET ? ntohs(address.sin_port) : quint16(0);
 }
 
 void GCDAsyncSocket::setDelegate(std::weak_ptr<GCDAsyncSocketDelegate> delegate)

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 class GCDAsyncSocket;
@@ -97,6 +98,8 @@ public:
     /// Closes once every write that is queued by now has been taken by the system.
     void disconnectAfterWriting();
     [[nodiscard]] bool isConnected() const;
+    /// The port of our end of an IPv4 connection; 0 without one.
+    [[nodiscard]] quint16 localPort() const;
 
     /// Calls that are on their way still reach the old delegate.
     void setDelegate(std::weak_ptr<GCDAsyncSocketDelegate> delegate);
@@ -144,6 +147,18 @@ private:
         bool preferIPv4 = true;
     };
     enum class Progress { Complete, Waits, Closed };
+    static constexpr int MaxFollowUps = 3;
+    /// Stands while the delegate is told of something. A read that is served within that call, on its thread,
+    /// is told as soon as the call has returned: a header and what it announces take one trip through the
+    /// delegate queue. Only a few are, so that others get their turn there.
+    struct FollowUp {
+        GCDAsyncSocket *socket = nullptr;
+        FollowUp *outer = nullptr; ///< of the call that has led to this one by a loop of events of its own
+        bool isOpen = true;
+        std::weak_ptr<GCDAsyncSocketDelegate> delegate;
+        std::optional<QByteArray> data;
+        qint64 tag = 0;
+    };
 
     /// A closure for other threads: it runs `call(socket, arguments...)` on the socket queue, unless the socket
     /// or the connection of now is gone by then.
@@ -152,6 +167,10 @@ private:
     std::unique_ptr<Reactor::Timer> startTimer(Seconds delay, std::function<void(GCDAsyncSocket &)> fire);
     template<class Call>
     void tellDelegate(Call call);
+    template<class Call>
+    void tellNow(const std::weak_ptr<GCDAsyncSocketDelegate> &delegate, Call &call);
+    [[nodiscard]] bool tellAfterPresentCall(QByteArray &data, qint64 tag);
+    void tellFollowUp(FollowUp &followUp);
 
     /// @name Closing, in GCDAsyncSocket.cpp
     void closeWithError(std::optional<SocketError> error);
@@ -168,7 +187,7 @@ private:
 
     /// @name Reads, writes and time-outs, in GCDAsyncSocket+Streams.cpp
     void enqueueRead(GCDAsyncReadPacket packet);
-    void startRead(GCDAsyncReadPacket packet);
+    void startRead(GCDAsyncReadPacket &&packet);
     void maybeDequeueRead();
     Progress doReadData();
     qsizetype readIntoPacket();
@@ -212,6 +231,8 @@ private:
     std::unique_ptr<Reactor::Timer> m_readTimer;
     std::unique_ptr<Reactor::Timer> m_writeTimer;
     std::atomic<bool> m_hasNoRead = true; // written on the socket queue, read on the delegate queue
+    std::atomic<int> m_callsUnderWay = 0; // to the delegate, in its queue
+    static thread_local FollowUp *t_followUp;
 };
 
 template<class Call>
@@ -233,13 +254,34 @@ void GCDAsyncSocket::tellDelegate(Call call)
 {
     if (!m_delegateQueue)
         return;
+    ++m_callsUnderWay;
     m_delegateQueue->async(
         [socket = shared_from_this(), delegate = m_delegate, call = std::move(call)]() mutable {
-            if (const auto listener = delegate.lock())
-                call(*listener, *socket);
+            --socket->m_callsUnderWay;
+            socket->tellNow(delegate, call);
             // Only now it is known whether the delegate wants to read on: in a stream of reads it does, and
             // then the descriptor need not be watched for the end as well.
             if (socket->m_hasNoRead)
                 socket->m_socketQueue.dispatch([socket] { socket->watchForEnd(); });
         });
+}
+
+template<class Call>
+void GCDAsyncSocket::tellNow(const std::weak_ptr<GCDAsyncSocketDelegate> &delegate, Call &call)
+{
+    for (FollowUp *outer = t_followUp; outer; outer = outer->outer) {
+        if (outer->socket == this) {
+            outer->isOpen = false;
+            tellFollowUp(*outer);
+        }
+    }
+    FollowUp followUp{.socket = this, .outer = t_followUp};
+    t_followUp = &followUp;
+    if (const auto listener = delegate.lock())
+        call(*listener, *this);
+    for (int told = 1; followUp.data; ++told) {
+        followUp.isOpen = followUp.isOpen && told < MaxFollowUps;
+        tellFollowUp(followUp);
+    }
+    t_followUp = followUp.outer;
 }

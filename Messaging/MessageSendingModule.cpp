@@ -3,6 +3,7 @@
 #include "Platform/SessionBus/CallWait.h"
 #include "Platform/SessionBus/RemotePort.h"
 #include "Platform/WorkerThread.h"
+#include "Source/Logger/QNLogger.h"
 
 #include <condition_variable>
 #include <csignal>
@@ -166,7 +167,9 @@ void MessageSendingModule::listenForRequests()
     closeConnection(name); // a registration that a module before this one may have left
     auto port = NamedPort::open(
         name, [delegate = m_delegate](const QVariantList &array) { handToDelegate(delegate, array); },
-        {.retryPace = m_settings.busRetryPace, .user = getuid()});
+        {.retryPace = m_settings.busRetryPace, .user = getuid(), .trace = [name](const QString &reason) {
+             QNLogger::logMonitorTrace(QStringLiteral("The port %1 is not open yet: %2").arg(name, reason));
+         }});
 
     lock.lock();
     m_localPort.swap(port);

@@ -2,10 +2,12 @@
 
 #include "Extensions/TextFormat.h"
 #include "Platform/Bundle.h"
+#include "Platform/MessageText.h"
 #include "Platform/PropertyList.h"
 
 #include <QStringList>
 
+#include <algorithm>
 #include <mutex>
 
 namespace
@@ -37,16 +39,16 @@ QString MonitorMessages::getMessageForID(const QString &message, const std::opti
                                          const Lookups &lookups)
 {
     if (!table)
-        return message;
+        return shownPart(message);
     const bool isWholeT1001 = message == u"T1001";
     QString result;
-    const QStringList lines = message.split(u'\n');
+    const QStringList lines = shownPart(message).split(u'\n');
     for (const QString &line : lines) {
         const QStringList pieces = line.split(QStringLiteral("::"));
         const LineText made = textOfLine(pieces.first(), isWholeT1001, *table, lookups);
         result += made.text;
         if (made.isSingleId && (result == u"\n" || result == u"(null)" || result == u"(null)\n"))
-            return message;
+            return shownPart(message);
         if (pieces.size() >= 2 && !pieces.at(1).isEmpty())
             result += QStringLiteral("::") + lookups.resolveSyncPath(pieces.at(1)).value_or(QString());
     }

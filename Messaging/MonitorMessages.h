@@ -20,7 +20,8 @@ struct Lookups {
 };
 
 /// The display text of `message`: lines of `id||argument||argument::path tail`. Without a table, and for an id
-/// that the table doesn't know, the message as it is; so plain type names pass through.
+/// that the table doesn't know, the message as it is; so plain type names pass through. What is over the limits
+/// of a shown text is left out.
 [[nodiscard]] QString getMessageForID(const QString &message, const std::optional<Table> &table,
                                       const Lookups &lookups);
 

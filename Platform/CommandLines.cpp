@@ -1,5 +1,7 @@
 #include "Platform/CommandLines.h"
 
+#include "Platform/Limits.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -9,8 +11,6 @@
 
 namespace
 {
-constexpr qint64 MaxCommandBytes = 256 * 1024;
-
 /// A compiled basic regular expression.
 class Pattern
 {
@@ -50,7 +50,7 @@ QStringList runningCommandLines()
         QFile file(folder + QStringLiteral("/cmdline"));
         if (!file.open(QIODevice::ReadOnly))
             continue;
-        QByteArray words = file.read(MaxCommandBytes);
+        QByteArray words = file.read(Limits::CommandLineBytes);
         while (words.endsWith('\0'))
             words.chop(1);
         if (!words.isEmpty())

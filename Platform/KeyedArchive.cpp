@@ -11,8 +11,6 @@ using Kind = PlistValue::Kind;
 
 constexpr QLatin1StringView ClassKey("$class");
 constexpr qint64 Version = 100000;
-constexpr qint64 BudgetFloor = 4 * 1024 * 1024;
-constexpr qint64 BudgetPerByte = 64;
 constexpr quint64 CostOfEntry = 64; // bytes that a list needs for each of its entries
 constexpr int MaxDepth = 32;
 
@@ -32,16 +30,15 @@ bool isText(const PlistValue &value, QLatin1StringView text)
 std::optional<KeyedArchive> KeyedArchive::open(const QByteArray &bytes)
 {
     auto form = BinaryPlist::hasMagic(bytes) ? std::optional(bytes) : PropertyList::binaryFromXml(bytes);
-    if (!form || form->size() > PropertyList::MaxBytes)
+    if (!form || form->size() > Limits::ArchiveBytes)
         return std::nullopt;
-    const qint64 budget = BudgetFloor + BudgetPerByte * form->size();
     auto list = BinaryPlist::open(std::move(*form));
     if (!list)
         return std::nullopt;
 
     KeyedArchive archive(std::move(*list));
     const auto root = archive.m_list.root();
-    archive.m_budget = budget;
+    archive.m_budget = Limits::ArchiveSteps;
     archive.m_top = archive.find(root, QLatin1StringView("$top"));
     archive.m_objects = archive.find(root, QLatin1StringView("$objects"));
     const bool archiver =

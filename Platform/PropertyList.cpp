@@ -2,7 +2,7 @@
 
 #include "Platform/AtomicFile.h"
 #include "Platform/BinaryPlist.h"
-#include "Platform/XmlPlistScan.h"
+#include "Platform/XmlPlist.h"
 
 #include <QDateTime>
 #include <QScopeGuard>
@@ -13,10 +13,11 @@
 #include <limits>
 #include <memory>
 
-// Binary lists are read by BinaryPlist and not by the library: that one unfolds shared references (thirty small
-// objects can ask for gigabytes), recurses as deep as the file says, and squeezes dates into 32 bits. XML goes
-// through the library, after a scan that bounds its depth, and from there the same road; everything written is
-// the library's.
+// Lists are read by BinaryPlist and XmlPlist and not by the library. Of a binary list that one unfolds shared
+// references (thirty small objects can ask for gigabytes), recurses as deep as the file says, and squeezes
+// dates into 32 bits; in an XML list it takes the square of many a number: of texts whose hashes are the same,
+// of keys, of escapes. XML becomes binary, and from there goes the same road; everything written is the
+// library's.
 
 namespace
 {
@@ -41,7 +42,7 @@ public:
 
     bool build(const PlistValue &value, int depth, QVariant &out)
     {
-        if (++m_values > PropertyList::MaxValues)
+        if (++m_values > Limits::ListValues)
             return refuse(QStringLiteral("too many values"));
         if (depth > PropertyList::MaxDepth)
             return refuse(QStringLiteral("nested too deeply"));
@@ -305,32 +306,23 @@ std::optional<QByteArray> bytesOf(plist_t node, PlistWriter writer)
 
 std::optional<QByteArray> PropertyList::binaryFromXml(const QByteArray &bytes, QString *reason)
 {
-    // Editors put a byte order mark in front, which the library takes for damage.
-    const auto xml = bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
-    if (xml.size() > MaxBytes) {
+    if (bytes.size() > Limits::ListBytes) {
         explain(reason, QStringLiteral("too large"));
         return std::nullopt;
     }
-    if (!QUtf8StringView(xml.constData(), xml.size()).isValidUtf8()) {
-        explain(reason, QStringLiteral("no UTF-8")); // the library would drop the rest of such a text
+    if (!QUtf8StringView(bytes.constData(), bytes.size()).isValidUtf8()) {
+        explain(reason, QStringLiteral("no UTF-8"));
         return std::nullopt;
     }
-    if (!xmlPlistIsWellFormed(xml, {.depth = MaxDepth, .elements = 2 * MaxValues})) {
-        explain(reason, QStringLiteral("no property list"));
-        return std::nullopt;
-    }
-    plist_t root = nullptr;
-    plist_from_xml(xml.constData(), quint32(xml.size()), &root);
-    if (!root) {
-        explain(reason, QStringLiteral("damaged XML"));
-        return std::nullopt;
-    }
-    return bytesOf(PlistNode(root).get(), &plist_to_bin);
+    auto binary = binaryFromXmlPlist(bytes, {.depth = MaxDepth, .values = Limits::ListValues});
+    if (!binary)
+        explain(reason, QStringLiteral("no property list, or over a limit"));
+    return binary;
 }
 
 std::optional<QVariant> PropertyList::parse(const QByteArray &bytes, QString *reason)
 {
-    if (bytes.size() > MaxBytes) {
+    if (bytes.size() > Limits::ListBytes) {
         explain(reason, QStringLiteral("too large"));
         return std::nullopt;
     }
@@ -350,18 +342,18 @@ std::optional<QVariant> PropertyList::parse(const QByteArray &bytes, QString *re
     return std::nullopt;
 }
 
-std::optional<QVariant> PropertyList::read(const QString &path, QString *reason)
+std::optional<QVariant> PropertyList::read(const QString &path, QString *reason, qint64 limit)
 {
-    const auto bytes = AtomicFile::read(path, MaxBytes);
+    const auto bytes = AtomicFile::read(path, limit);
     if (bytes)
         return parse(*bytes, reason);
     explain(reason, QStringLiteral("cannot be read"));
     return std::nullopt;
 }
 
-std::optional<QVariantMap> PropertyList::readDictionary(const QString &path, QString *reason)
+std::optional<QVariantMap> PropertyList::readDictionary(const QString &path, QString *reason, qint64 limit)
 {
-    const auto list = read(path, reason);
+    const auto list = read(path, reason, limit);
     if (!list)
         return std::nullopt;
     if (list->typeId() == QMetaType::QVariantMap)
@@ -379,22 +371,24 @@ std::optional<QByteArray> PropertyList::serialize(const QVariant &list, Format f
         return std::nullopt;
     }
     auto bytes = bytesOf(root.get(), format == Format::Binary ? &plist_to_bin : &plist_to_xml);
-    if (!bytes)
+    if (!bytes) {
         explain(reason, QStringLiteral("the library made nothing of it"));
-    else if (format == Format::Xml)
+        return std::nullopt;
+    }
+    if (format == Format::Xml)
         bytes->replace("\r", "&#13;"); // readers take a bare one for a line feed
+    // What nobody could read again would be lost with all that stands beside it.
+    if (!parse(*bytes, reason))
+        return std::nullopt;
     return bytes;
 }
 
-bool PropertyList::write(const QString &path, const QVariant &list, Format format, QString *reason)
+bool PropertyList::isSame(const QVariant &one, const QVariant &other)
 {
-    const auto bytes = serialize(list, format, reason);
-    if (!bytes)
-        return false;
-    if (AtomicFile::write(path, *bytes))
-        return true;
-    explain(reason, QStringLiteral("cannot be written"));
-    return false;
+    if (!one.isValid() || !other.isValid())
+        return one.isValid() == other.isValid();
+    const auto bytes = serialize(QVariantList{one}, Format::Binary);
+    return bytes && bytes == serialize(QVariantList{other}, Format::Binary);
 }
 
 std::optional<QString> PropertyList::textValue(const QVariantMap &dictionary, const QString &key)

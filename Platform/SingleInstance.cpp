@@ -1,5 +1,7 @@
 #include "Platform/SingleInstance.h"
 
+#include "Platform/AtomicFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -58,7 +60,8 @@ SingleInstance::Answer SingleInstance::tryOnce()
 {
     if (m_descriptor >= 0)
         return Answer::Only;
-    QDir().mkpath(QFileInfo(m_lockFile).path());
+    if (!AtomicFile::makeFolders(QFileInfo(m_lockFile).path()))
+        return Answer::Unguarded; // a relative path too: it would be another file in each working folder
     const QByteArray path = QFile::encodeName(m_lockFile);
     for (;;) {
         // Closed on exec, so that no program started from here keeps the claim.

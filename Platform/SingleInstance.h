@@ -15,9 +15,6 @@ public:
         Unguarded, ///< no lock file can be made or locked; go on without
     };
 
-    /// How long a program that was started anew waits for the one that started it to be gone.
-    static constexpr std::chrono::milliseconds PredecessorGrace{2000};
-
     explicit SingleInstance(QString lockFile);
     ~SingleInstance();
     SingleInstance(const SingleInstance &) = delete;

@@ -28,8 +28,8 @@ struct FileStamp {
 /// The wall clock as file stamps count it.
 [[nodiscard]] std::chrono::nanoseconds fileClockNow();
 
-/// The decoded content of a file, decoded again only when the file may have changed. A change is always seen by
-/// the next read(). Not for use by two threads at once.
+/// The decoded content of a file, decoded again only when the file may have changed, or gave nothing usable
+/// some seconds ago. A change is always seen by the next read(). Not for use by two threads at once.
 template<class T>
 class FileMemo
 {
@@ -49,10 +49,11 @@ public:
         // older.
         const auto now = m_now();
         const auto stamp = FileStamp::of(path);
-        if (stamp && m_stamp == stamp && m_path == path)
+        if (stamp && m_stamp == stamp && m_path == path && isBelieved(now))
             return m_content;
         m_stamp.reset();
         m_content = stamp ? m_decode(path) : nullptr;
+        m_decoded = now;
         if (stamp && stamp->isSettled(now) && FileStamp::of(path) == stamp) {
             m_path = path;
             m_stamp = stamp;
@@ -61,8 +62,17 @@ public:
     }
 
 private:
+    /// It may have been the reading that failed.
+    static constexpr std::chrono::seconds NothingUsableLasts{5};
+
+    [[nodiscard]] bool isBelieved(std::chrono::nanoseconds now) const
+    {
+        return m_content || (now >= m_decoded && now - m_decoded < NothingUsableLasts);
+    }
+
     Decode m_decode;
     Now m_now;
+    std::chrono::nanoseconds m_decoded{}; ///< when the content was
     QString m_path;
     std::optional<FileStamp> m_stamp; ///< empty while the content must not be used again
     std::shared_ptr<const T> m_content;

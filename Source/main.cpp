@@ -1,63 +1,38 @@
 #include "Classes/AlertPanel/AlertPaneWindowController.h"
 #include "Platform/Bundle.h"
 #include "Platform/Clock.h"
+#include "Platform/CommandQueue.h"
 #include "Platform/Desktop/Appearance.h"
 #include "Platform/Desktop/ApplicationService.h"
 #include "Platform/Desktop/Applications.h"
+#include "Platform/Desktop/PanelWatch.h"
 #include "Platform/Desktop/Popover.h"
+#include "Platform/Desktop/RunningInstance.h"
 #include "Platform/Desktop/TrayStatusItem.h"
-#include "Platform/Relaunch.h"
+#include "Platform/Ending.h"
+#include "Platform/SessionBus/BusProbe.h"
 #include "Platform/SingleInstance.h"
-#include "Platform/SocketOwner.h"
+#include "Platform/Umask.h"
 #include "Source/Controller/CorvaneMonitorController.h"
+#include "Source/Controller/ProcessLife.h"
+#include "Source/Logger/QNLogger.h"
 #include "Utility/Language/AlertPanel.h"
 #include "Utility/Paths/PathTable.h"
 
 #include <QApplication>
+#include <QScopeGuard>
 #include <QSessionManager>
-#include <QSocketNotifier>
 #include <QStandardPaths>
-#include <QSystemTrayIcon>
 
 #include <csignal>
-#include <sys/signalfd.h>
-#include <tuple>
 
 using namespace std::chrono_literals;
 
 namespace
 {
-/// The signals by which the session asks the process to go. They are blocked before the first thread starts,
-/// since any thread that had them open could be the one that is ended by them, and read from a descriptor.
-sigset_t blockEndingSignals()
-{
-    sigset_t ending;
-    sigemptyset(&ending);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP})
-        sigaddset(&ending, number);
-    pthread_sigmask(SIG_BLOCK, &ending, nullptr);
-    return ending;
-}
-
-/// Ends the event loop with status 0 when one of them comes.
-void quitOn(const sigset_t &signals)
-{
-    auto *notifier =
-        new QSocketNotifier(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK), QSocketNotifier::Read, qApp);
-    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [] { QApplication::exit(0); });
-}
-
-/// The one monitor of this user and home. A second one asks the first to come forward and is told to go.
-bool claimPlace(SingleInstance &place, const QString &identifier)
-{
-    if (place.claim(0ms) != SingleInstance::Answer::Taken)
-        return true;
-    Applications::activate(identifier);
-    return place.claim(SingleInstance::PredecessorGrace) != SingleInstance::Answer::Taken;
-}
 void openUrl(const QUrl &url)
 {
-    // By hand, since a browser that the platform starts would inherit the blocked signals.
+    // By hand, since a browser that the platform starts would not get a bus that is withheld here.
     Applications::open(QStandardPaths::findExecutable(QStringLiteral("xdg-open")),
                        {url.toString(QUrl::FullyEncoded)});
 }
@@ -65,12 +40,24 @@ void openUrl(const QUrl &url)
 
 int main(int argc, char **argv)
 {
-    // A daemon that goes away while it is written to must not take the monitor with it.
+    Umask::keepPrivate();
+    Ending::listen();
+    // A daemon that goes away while it is written to must not take the monitor with it, nor a limit on file
+    // sizes.
     std::signal(SIGPIPE, SIG_IGN);
-    const sigset_t ending = blockEndingSignals();
+    std::signal(SIGXFSZ, SIG_IGN);
+    const auto deadline = std::chrono::steady_clock::now() + RunningInstance::Limit;
+    BusProbe::Question bus(BusProbe::StartLimit);
+    const QString identifier = Bundle::main().identifier().value_or(QString());
+    SingleInstance place(SingleInstance::lockFile(pathValue(QLatin1String("ApplicationRootFolderPath"), {})));
+    BusProbe::settle(bus); // before the desktop's libraries look for the bus
+    if (Ending::hasBegun())
+        return 0;
 
     QApplication application(argc, argv);
-    const QString identifier = Bundle::main().identifier().value_or(QString());
+    // What is to be deleted in the next turn of the loop gets no turn after the last.
+    const auto lastTurn =
+        qScopeGuard([] { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); });
     QApplication::setApplicationName(QStringLiteral("corvane-monitor"));
     QApplication::setDesktopFileName(identifier);
     QApplication::setQuitOnLastWindowClosed(false);
@@ -79,11 +66,9 @@ int main(int argc, char **argv)
             session.setRestartHint(
                 QSessionManager::RestartNever); // the login item starts it, where the user wants that
         });
-    quitOn(ending);
-
-    SingleInstance place(SingleInstance::lockFile(pathValue(QLatin1String("ApplicationRootFolderPath"), {})));
-    if (!claimPlace(place, identifier))
-        return 0;
+    ProcessLife::quitWhenTold();
+    if (const auto status = ProcessLife::yieldToFirst(place, identifier, deadline))
+        return *status;
 
     SystemClock clock;
     CorvaneMonitorController *controller = nullptr;
@@ -93,11 +78,12 @@ int main(int argc, char **argv)
                 (controller->*change)();
         };
     };
+    DistributedNotificationCenter notifications;
     const Appearance appearance(qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
                                 tell(&CorvaneMonitorController::darkModeChanged),
-                                tell(&CorvaneMonitorController::windowLookChanged));
-    TrayStatusItem statusItem(Bundle::main().resource(QStringLiteral("images")));
-    DistributedNotificationCenter notifications;
+                                tell(&CorvaneMonitorController::windowLookChanged), notifications.bus());
+    PanelWatch panels(notifications.bus());
+    TrayStatusItem statusItem(Bundle::main().resource(QStringLiteral("images")), panels);
     Popover popover(clock, [&controller] { return controller && controller->applicationIsOnTheDarkSide(); });
     const AlertSurroundings alerts{
         .isDark = [&controller] { return controller && controller->windowsAreOnTheDarkSide(); },
@@ -109,6 +95,9 @@ int main(int argc, char **argv)
     };
     std::unique_ptr<AlertPaneWindowController> message; ///< one at a time: a new one takes its place
 
+    CommandQueue commands(clock, [] {
+        QNLogger::logMonitorTrace(QStringLiteral("A command that waited was not run: the system refused it"));
+    });
     CorvaneMonitorController owner({
         .statusItem = statusItem,
         .clock = clock,
@@ -116,7 +105,7 @@ int main(int argc, char **argv)
         .desktop = {
             .isDark = [&appearance] { return appearance.isDark(); },
             .isDesktopDark = [&appearance] { return appearance.isDesktopDark(); },
-            .panelIsVisible = [] { return QSystemTrayIcon::isSystemTrayAvailable(); },
+            .panelIsVisible = [&statusItem] { return statusItem.isInPanel(); },
             .showPopover = [&](const QString &text) { popover.show(text, statusItem.geometry()); },
             .showAlert =
                 [&](const QString &text) {
@@ -133,35 +122,38 @@ int main(int argc, char **argv)
                 },
             .refreshWindowColours = AlertPaneWindowController::refreshColours,
             .openUrl = openUrl,
-            .activateApplication = [](const QString &bundle) { Applications::activate(bundle); },
+            .activateApplication =
+                [&notifications](const QString &bundle) {
+                    if (!Applications::activate(bundle, notifications.bus()))
+                        QNLogger::logMonitorTrace(
+                            QStringLiteral("A program could not be asked to come forward: ") + bundle);
+                },
             .openProgram = [](const QString &path) { return Applications::open(path); },
             .launchProgram = [](const QString &name) { return Applications::launch(name); },
             .runHelper = [](const QString &path,
                             const QStringList &arguments) { Applications::open(path, arguments); },
-            .relaunch = [] { return Relaunch::spawnShell(Relaunch::command(Bundle::main().executablePath())); },
-            .quit = [] { QApplication::exit(0); },
-            .runShell = Applications::runShell,
-            .isListenerTrusted =
-                [](quint16 port) {
-                    const auto user = SocketOwner::listenerOwner(port);
-                    return user && SocketOwner::isTrusted(*user);
-                },
+            .relaunch = ProcessLife::relaunch,
+            .quit = Ending::begin,
+            .runShell = [&commands](const QString &command) { return commands.run(command); },
         },
     });
     controller = &owner;
-    ApplicationService service(identifier, [&owner] { owner.redirectLaunch(); });
-    owner.awakeFromNib();
-    service.start();
-
     statusItem.setMenu(owner.menu().menu());
-    // Which kind of panel the desktop has is settled once in a process, so one that began without a bus starts
-    // anew.
+    statusItem.setTaken(tell(&CorvaneMonitorController::panelDidAppear));
+    statusItem.setMoved(tell(&CorvaneMonitorController::statusBarDidMove));
+    statusItem.setOtherPanel([] { ProcessLife::startAnew("the panel is of another kind now"); });
+    ApplicationService service(
+        identifier, [&owner] { owner.applicationWasActivated(); }, notifications.bus(),
+        QNLogger::logMonitorTrace);
+    service.start();
+    owner.awakeFromNib();
+
+    // The library tries to reach the bus once in a process, so one that began without it starts anew.
     notifications.setBusReturned([&, hadBus = notifications.isConnected()] {
         if (hadBus)
-            return statusItem.renew();
-        std::ignore = Relaunch::spawnShell(Relaunch::command(Bundle::main().executablePath()));
-        QApplication::exit(0);
+            statusItem.renew();
+        else
+            ProcessLife::startAnew("the session bus has come");
     });
-    statusItem.show();
-    return QApplication::exec();
+    return Ending::hasBegun() ? 0 : QApplication::exec();
 }

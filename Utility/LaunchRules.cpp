@@ -1,6 +1,7 @@
 #include "Utility/LaunchRules.h"
 
 #include "Platform/PropertyList.h"
+#include "Utility/Paths/PathTable.h"
 
 #include <QDir>
 
@@ -21,6 +22,11 @@ bool isNonZero(const QVariantMap &dictionary, const QString &key)
     return PropertyList::textValue(dictionary, key).value_or(QString()).trimmed().toLongLong() != 0;
 }
 } // namespace
+
+QString LaunchRules::rootFile(const QString &name)
+{
+    return pathValue(QLatin1String("ApplicationRootFolderPath"), {}) + u'/' + name;
+}
 
 LaunchRules::Redirection LaunchRules::launchRedirection(const QString &text, const QString &signedOutName)
 {
@@ -60,12 +66,16 @@ bool LaunchRules::versionRunsAutomaticUpdates(const std::optional<QString> &bund
     return bundleVersion && !bundleVersion->endsWith(QLatin1String("00"));
 }
 
-bool LaunchRules::launchesAtLogin(const std::optional<QVariantMap> &settings,
-                                  const std::optional<QString> &user)
+LaunchRules::LoginItem LaunchRules::loginItem(const std::optional<QVariantMap> &settings,
+                                              const std::optional<QString> &user)
 {
-    if (!settings || !user)
-        return false;
-    return isNonZero(settings->value(*user).toMap(), QStringLiteral("launchOnStartup"));
+    if (!settings || !user || user->isEmpty())
+        return LoginItem::Leave;
+    const QVariant ownSettings = settings->value(*user);
+    if (ownSettings.typeId() != QMetaType::QVariantMap)
+        return LoginItem::Leave;
+    return isNonZero(ownSettings.toMap(), QStringLiteral("launchOnStartup")) ? LoginItem::Add
+                                                                             : LoginItem::Remove;
 }
 
 QString LaunchRules::updateFolder(const QString &rootFolder, const QString &applicationName)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Utility/Paths/AccountNames.h"
+
 #include <QString>
 #include <QVariantMap>
 
@@ -10,11 +12,14 @@ namespace LaunchRules
 {
 /// @name Files directly in the product's root folder that steer a start
 /// @{
-inline constexpr QLatin1String AutoLaunchCheckFile("autoLaunchCheckfile.txt"); ///< removed unread
-inline constexpr QLatin1String UpdateCheckFile("checkfile.plist");             ///< the update folder is in use
-inline constexpr QLatin1String SilentInstallFile("silentInstall.txt"); ///< a silent update has just ended
-inline constexpr QLatin1String LaunchHelper("launchApp");              ///< a copy of the relaunch helper
+using AccountNames::AutoLaunchCheckFile; ///< removed unread
+using AccountNames::LaunchHelper;        ///< a copy of the relaunch helper
+using AccountNames::SilentInstallFile;   ///< a silent update has just ended
+using AccountNames::UpdateCheckFile;     ///< the update folder is in use
 /// @}
+
+/// The full path of a file in that folder.
+[[nodiscard]] QString rootFile(const QString &name);
 
 /// What to open right after the start.
 enum class Redirection { ResetThenPreferences, ErrorReport, ActivityLogs, Preferences };
@@ -38,10 +43,14 @@ struct ViewRequest {
 /// one.
 [[nodiscard]] bool versionRunsAutomaticUpdates(const std::optional<QString> &bundleVersion);
 
-/// Whether the monitor is to be a login item, by the settings of all users and the signed-in one: only when
-/// that user's `launchOnStartup` is a number other than 0.
-[[nodiscard]] bool launchesAtLogin(const std::optional<QVariantMap> &settings,
-                                   const std::optional<QString> &user);
+/// What becomes of the monitor's login item.
+enum class LoginItem { Leave, Add, Remove };
+
+/// By the settings of all users and the signed-in one: that user's `launchOnStartup` adds it where it is other
+/// than 0, and removes it where it is 0 or missing. Where the user has no settings, or there are none to be
+/// read, nobody has said anything, and the item stays as it is.
+[[nodiscard]] LoginItem loginItem(const std::optional<QVariantMap> &settings,
+                                  const std::optional<QString> &user);
 
 /// The folder with the packages of an update: the root folder joined with the application's name.
 [[nodiscard]] QString updateFolder(const QString &rootFolder, const QString &applicationName);

@@ -4,10 +4,11 @@
 #include "Platform/Bundle.h"
 #include "Platform/DesktopEntry.h"
 #include "Platform/Home.h"
+#include "Platform/Limits.h"
+#include "Source/Logger/WriteTrace.h"
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -15,7 +16,6 @@
 
 namespace
 {
-constexpr qint64 MaxEntryBytes = 256 * 1024;
 constexpr QLatin1String TrueText("true");
 constexpr QLatin1String FalseText("false");
 constexpr QLatin1String HideKey("X-Corvane-Hide");
@@ -38,7 +38,7 @@ QString programOf(const DesktopEntry::Keys &keys)
 
 std::optional<LoginItem> readItem(const QString &file)
 {
-    const auto bytes = AtomicFile::read(file, MaxEntryBytes);
+    const auto bytes = AtomicFile::read(file, Limits::DesktopEntryBytes);
     const auto keys = bytes ? DesktopEntry::parse(*bytes) : std::nullopt;
     if (!keys || keys->value(QStringLiteral("Hidden")) == TrueText ||
         keys->value(QStringLiteral("Type")) != QLatin1String("Application"))
@@ -88,9 +88,7 @@ bool LoginItemRegistry::addLoginItemWithPath(const QString &path, HideIt hideIt)
     const QDir folder = autostartFolder();
     const QString file = folder.filePath(fileNameFor(program));
     const QByteArray entry = DesktopEntry::serialize(keys);
-    if (AtomicFile::read(file, MaxEntryBytes) == entry)
-        return true;
-    return folder.mkpath(QStringLiteral(".")) && AtomicFile::write(file, entry);
+    return AtomicFile::read(file, Limits::DesktopEntryBytes) == entry || writeOrTrace(file, entry);
 }
 
 bool LoginItemRegistry::addLoginItemWithURL(const QUrl &url, HideIt hideIt)
@@ -112,7 +110,7 @@ void LoginItemRegistry::removeLoginItemAtIndex(qsizetype index)
 {
     const QList<LoginItem> items = allLoginItems();
     if (index >= 0 && index < items.size())
-        QFile::remove(items[index].file);
+        removeOrTrace(items[index].file);
 }
 
 qsizetype LoginItemRegistry::indexForLoginItemWithPath(const QString &path)

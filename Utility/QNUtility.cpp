@@ -5,11 +5,11 @@
 #include "Platform/ProcessList.h"
 #include "Platform/PropertyList.h"
 #include "Source/Logger/QNLogger.h"
+#include "Source/Logger/WriteTrace.h"
 #include "Utility/Language/LanguageManager.h"
 #include "Utility/UserRecords.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSysInfo>
 
@@ -119,7 +119,7 @@ bool QNUtility::isDirectory(const QString &path)
 
 bool QNUtility::removeFile(const QString &path)
 {
-    return QFile::remove(path);
+    return removeOrTrace(path);
 }
 
 bool QNUtility::isLocalisedString(const std::optional<QString> &text, const std::optional<QString> &key)

@@ -40,7 +40,7 @@ namespace QNUtility
 [[nodiscard]] QStringList getBSDProcessList();
 
 [[nodiscard]] bool isDirectory(const QString &path);
-/// Removes a file; false when that fails or it is not there.
+/// Removes a file; false when that fails, which is traced, or it is not there.
 bool removeFile(const QString &path);
 
 /// Whether `text` holds the sentence `key` in any of the monitor's languages; false when either is empty. The

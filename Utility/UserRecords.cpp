@@ -129,9 +129,13 @@ QVariantMap UserRecords::repairedQuotaDetails(QVariantMap details)
     const auto isText = [&](const QString &key) {
         return details.value(key).metaType() == QMetaType::fromType<QString>();
     };
-    if (!isText(total))
-        details.insert(total, number(details.value(total)).value_or(0.0));
-    if (!isText(used))
-        details.insert(used, std::max(0.0, number(details.value(used)).value_or(0.0)));
+    for (const QString &key : {total, used}) {
+        if (isText(key))
+            continue;
+        if (const auto figure = number(details.value(key)))
+            details.insert(key, key == used ? std::max(0.0, *figure) : *figure);
+        else
+            details.remove(key);
+    }
     return details;
 }

@@ -41,8 +41,9 @@ struct AccountKind {
 [[nodiscard]] bool isAnyInteractiveBackupOperationRunning(const QString &user);
 
 /// The stored quota figures: the dictionary of the account's details, in which `TOTALQUOTASIZE` and
-/// `USEDQUOTASIZE` are there in any case, as coded text in mebibytes or as a double.
+/// `USEDQUOTASIZE` are coded text or a double, in mebibytes, where they are stored at all.
 [[nodiscard]] QVariantMap getQuotaDetails(const QString &user);
-/// The repairs behind it: a missing figure becomes 0.0, a number a double, a negative use 0.
+/// The repairs behind it: a number becomes a double, a negative use 0; a figure of any other type is left out,
+/// for what nobody knows must not look like a full account.
 [[nodiscard]] QVariantMap repairedQuotaDetails(QVariantMap details);
 } // namespace UserRecords

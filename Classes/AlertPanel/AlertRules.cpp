@@ -1,6 +1,6 @@
 #include "Classes/AlertPanel/AlertRules.h"
 
-#include "Platform/Desktop/DisplayLine.h"
+#include "Platform/DisplayLine.h"
 
 #include <QTextBoundaryFinder>
 

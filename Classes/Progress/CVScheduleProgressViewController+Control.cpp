@@ -4,16 +4,14 @@
 #include "Classes/Progress/CVScheduleProgressViewController.h"
 
 #include "Classes/Schedules/CorvaneSchedulerController.h"
-#include "Platform/AtomicFile.h"
+#include "Source/Logger/WriteTrace.h"
 #include "Utility/CVSingletonForBackup.h"
 #include "Utility/Language/SchedulerProgressVC.h"
 #include "Utility/Paths/PathTable.h"
 
-#include <tuple>
-
-void CVScheduleProgressViewController::SCpauseresume(int tag)
+void CVScheduleProgressViewController::SCpauseresume(JobOrder order)
 {
-    const bool pauses = tag == PauseTag;
+    const bool pauses = order == JobOrder::Pause;
     const auto send = [this](const OutboundMessage &message) {
         if (mainController)
             mainController->sendData(message.message, message.tag);
@@ -45,8 +43,8 @@ void CVScheduleProgressViewController::stopAfterQuestion()
         mainController->scheduler().isScheduleBackupStoped = true;
     const QString state = pathValue(QLatin1String("SchedulerState"), {});
     if (!state.isEmpty())
-        std::ignore = AtomicFile::writeText(state, QStringLiteral("3"));
-    writeSwitchFile(QStringLiteral("1"));
+        writeTextOrTrace(state, QStringLiteral("3"));
+    writeSwitchFile(ScheduleSwitch::Enabled);
     if (mainController)
         mainController->sendDataToDaemonForCoreOperation(std::nullopt, ECoreOperationActionType::Stop);
     CVSingletonForBackup::shared().scheduleBackupRunning = false;

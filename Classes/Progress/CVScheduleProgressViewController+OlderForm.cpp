@@ -7,6 +7,8 @@
 #include "Utility/Language/SchedulerProgressVC.h"
 #include "Utility/QNUtility.h"
 
+#include <utility>
+
 using namespace SchedulerProgressVC;
 using namespace ProgressRules;
 
@@ -17,6 +19,8 @@ const QString LocalBackup = QStringLiteral("SchLocalBackup");
 const QString Restore = QStringLiteral("SchRestore");
 /// The fifth entry of a report, under the key that the display asks for.
 const QString NetworkBackupKey = QStringLiteral("NetwokBackup");
+
+const QString PauseKey = QStringLiteral("Pause");
 
 constexpr qsizetype FewestEntries = 4;
 constexpr qsizetype EntriesWithNetworkBackup = 5;
@@ -52,6 +56,8 @@ void CVScheduleProgressViewController::showscheduleprogress(const QVariantList &
     if (args.size() == EntriesWithNetworkBackup)
         figures.insert(NetworkBackupKey, args.at(4));
 
+    m_heardSincePass = true;
+    takeWaitingFigures();
     backUpProgressResponseDict.reset(); // what it says is older than this report
     emailForUser = presentable(args.at(3).toString().toStdString());
     SchOnlineBackup = isDeduplicating() && kind == OnlineBackup;
@@ -59,7 +65,7 @@ void CVScheduleProgressViewController::showscheduleprogress(const QVariantList &
 
     bool &jobRuns = CVSingletonForBackup::shared().scheduleBackupRunning;
     if (phase == u"Start") {
-        olderFormStarted(kind);
+        olderFormStarted(kind, figures);
     } else if (phase == u"SizeCalculated") {
         progressStarted = true;
         showMainPane();
@@ -85,9 +91,10 @@ void CVScheduleProgressViewController::takeOlderFormKind(const QString &kind)
     m_display.titleEmailLabel = titleLine(emailForUser, m_isSchedulePaused ? pausedTitle : prorgessTitile);
 }
 
-void CVScheduleProgressViewController::olderFormStarted(const QString &kind)
+void CVScheduleProgressViewController::olderFormStarted(const QString &kind, const QVariantMap &figures)
 {
-    endPauseOfFormerJob();
+    if (!figures.contains(PauseKey))
+        endPauseOfFormerJob();
     if (mainController)
         mainController->setMonitorLaunched(false);
     CVSingletonForBackup::shared().scheduleBackupRunning = true;
@@ -103,7 +110,9 @@ void CVScheduleProgressViewController::olderFormStarted(const QString &kind)
 
 void CVScheduleProgressViewController::olderFormProgress(const QString &kind, const QVariantMap &figures)
 {
-    CVSingletonForBackup::shared().scheduleBackupRunning = true;
+    const bool joins = !std::exchange(CVSingletonForBackup::shared().scheduleBackupRunning, true);
+    if (joins && !figures.contains(PauseKey))
+        endPauseOfFormerJob();
     takeOlderFormKind(kind);
     if (mainController)
         mainController->setMonitorLaunched(false);
@@ -115,7 +124,7 @@ void CVScheduleProgressViewController::olderFormProgress(const QString &kind, co
 
 void CVScheduleProgressViewController::progressView(const QVariantMap &data)
 {
-    if (data.contains(QStringLiteral("Pause")))
+    if (data.contains(PauseKey))
         showOlderPause();
     m_display.scStopButtonIsShown = true;
     m_display.scPauseButtonIsShown = !restore;
@@ -150,9 +159,9 @@ void CVScheduleProgressViewController::progressView(const QVariantMap &data)
 void CVScheduleProgressViewController::showOlderPause()
 {
     CVSingletonForBackup::shared().scheduleBackupRunning = true;
+    pauseToResume();
     if (mainController)
         mainController->showScheduledJobPaused();
-    pauseToResume();
 }
 
 void CVScheduleProgressViewController::showOlderPercentage(qint64 percent)

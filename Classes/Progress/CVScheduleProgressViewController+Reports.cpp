@@ -1,41 +1,68 @@
-// Reports of the running job. A figure that a report leaves out stays as it was.
+// Reports of the running job. A figure that a report leaves out stays as it was. What changes the job's state
+// is taken at once. Figures wait until they are shown; before anything else changes the state, those that wait
+// are taken.
 
 #include "Classes/Progress/CVScheduleProgressViewController.h"
 
 #include "Classes/Schedules/CorvaneSchedulerController.h"
 #include "Platform/AtomicFile.h"
 #include "Platform/PropertyList.h"
+#include "Source/Logger/WriteTrace.h"
 #include "Utility/CVSingletonForBackup.h"
 #include "Utility/Language/SchedulerProgressVC.h"
 #include "Utility/Paths/PathTable.h"
 #include "Utility/UserRecords.h"
 
-#include <tuple>
+#include <utility>
 
 using namespace SchedulerProgressVC;
 using namespace ProgressRules;
 
 namespace
 {
-constexpr QLatin1StringView OperationData("operationData");
-constexpr QLatin1StringView ProgressData("operationData/progressData");
+constexpr QLatin1StringView PauseState("operationData/pauseState");
 
 std::optional<qint64> operationType(const DaemonMessage &report)
 {
     return report.integer(QLatin1StringView("operationType"));
 }
-
-FieldGroup groupOf(const DaemonMessage &report)
-{
-    return groupForFigures(report.integer(QLatin1StringView("operationDetailedType")));
-}
 } // namespace
 
 void CVScheduleProgressViewController::progressReceivedData(const DaemonMessage &report)
 {
+    m_heardSincePass = true;
+    const auto figures = isFiguresAlone(report) ? ReportFigures::of(report) : std::nullopt;
+    if (m_waitingFigures && !(figures && figures->replace(*m_waitingFigures)))
+        takeWaitingFigures();
     backUpProgressResponseDict = report;
-    handleProgressResponse(report);
+    m_waitingFigures = figures;
+    if (!figures)
+        handleProgressResponse(report);
     changed();
+}
+
+void CVScheduleProgressViewController::lookForUnheardChanges(bool jobRuns)
+{
+    takeWaitingFigures();
+    const bool heard = std::exchange(m_heardSincePass, false);
+    const bool standsHere = CVSingletonForBackup::shared().scheduleBackupRunning || m_isSchedulePaused;
+    if (!jobRuns && !heard && standsHere)
+        resetSchedulerProgress();
+    else if (m_markerPauses && !(mainController && mainController->isScheduledBackupPaused()))
+        resumeToPause();
+}
+
+/// True for a report that changes figures and nothing of the job's state.
+bool CVScheduleProgressViewController::isFiguresAlone(const DaemonMessage &report) const
+{
+    return progressType(report.progressType()) == ProgressType::Figures && !isProgressAnimating &&
+           !isNewsOfRunningJob(report);
+}
+
+void CVScheduleProgressViewController::takeWaitingFigures()
+{
+    if (const auto figures = std::exchange(m_waitingFigures, std::nullopt))
+        showProgressForScheduleOperation(*figures);
 }
 
 void CVScheduleProgressViewController::handleProgressResponse(const DaemonMessage &report)
@@ -66,13 +93,14 @@ void CVScheduleProgressViewController::handleProgressResponse(const DaemonMessag
 
 void CVScheduleProgressViewController::operationStarted(const DaemonMessage &report)
 {
-    endPauseOfFormerJob();
     if (mainController) {
         CorvaneSchedulerController &scheduler = mainController->scheduler();
         scheduler.isScheduleBackupInProgress(); // whose job runs
         scheduler.isScheduleBackupStoped = false;
         mainController->setMonitorLaunched(false);
     }
+    if (!report.contains(PauseState))
+        endPauseOfFormerJob();
     reSetSchedulerProgressWindow();
     CVSingletonForBackup::shared().scheduleBackupRunning = true;
     m_display.scProgressText.isShown = false;
@@ -80,10 +108,11 @@ void CVScheduleProgressViewController::operationStarted(const DaemonMessage &rep
     setUIForScheduleProgress(report);
 }
 
-/// A job may have ended unheard, while the channel was away; its pause isn't the next one's.
+/// A job may have ended unheard, while the channel or this program was away; its pause isn't the next one's.
 void CVScheduleProgressViewController::endPauseOfFormerJob()
 {
-    if (m_isSchedulePaused)
+    const bool pauseStands = m_isSchedulePaused || scheduleSwitch(switchText()) == ScheduleSwitch::JobPaused;
+    if (pauseStands && !(mainController && mainController->isScheduledBackupPaused()))
         resetViewAfterPauseForScheduleOperation();
 }
 
@@ -91,15 +120,24 @@ void CVScheduleProgressViewController::endPauseOfFormerJob()
 /// away, while it began. A job that the user has stopped is not taken up again by its last reports.
 bool CVScheduleProgressViewController::isNewsOfRunningJob(const DaemonMessage &report) const
 {
-    if (!mainController || report.memberCount(OperationData).value_or(0) == 0)
+    if (!mainController)
         return false;
-    return mainController->isMonitorLaunched() || (!CVSingletonForBackup::shared().scheduleBackupRunning &&
-                                                   !mainController->scheduler().isScheduleBackupStoped);
+    CorvaneSchedulerController &scheduler = mainController->scheduler();
+    const bool isUnknown =
+        mainController->isMonitorLaunched() ||
+        (!CVSingletonForBackup::shared().scheduleBackupRunning && !scheduler.isScheduleBackupStoped);
+    if (!isUnknown)
+        return false;
+    const auto data = report.object(QLatin1StringView("operationData"));
+    return data && data->memberCount() > 0 &&
+           scheduler.isScheduleBackupInProgress(); // or it is a late report of a job that is over
 }
 
 void CVScheduleProgressViewController::joinRunningOperation(const DaemonMessage &report)
 {
     CVSingletonForBackup::shared().scheduleBackupRunning = true;
+    if (progressType(report.progressType()) != ProgressType::Paused && !report.contains(PauseState))
+        endPauseOfFormerJob();
     setUIForScheduleProgress(report);
     mainController->setMonitorLaunched(false);
 }
@@ -110,7 +148,8 @@ void CVScheduleProgressViewController::operationReceivedProgressData(const Daemo
         joinRunningOperation(report);
     if (isProgressAnimating)
         showMainPane();
-    showProgressForScheduleOperation(report);
+    if (const auto figures = ReportFigures::of(report))
+        showProgressForScheduleOperation(*figures);
 }
 
 void CVScheduleProgressViewController::setUIForScheduleProgress(const DaemonMessage &report)
@@ -133,25 +172,23 @@ void CVScheduleProgressViewController::setUIForScheduleProgress(const DaemonMess
     m_display.titleEmailLabel = titleLine(emailForUser, prorgessTitile);
     progressStarted = report.contains(QLatin1StringView("operationData/showPercentage"));
     m_display.progressBarIsShown = progressStarted;
-    if (report.contains(QLatin1StringView("operationData/pauseState")))
+    if (report.contains(PauseState))
         receivedPauseForScheduleOperation();
 }
 
-void CVScheduleProgressViewController::showProgressForScheduleOperation(const DaemonMessage &report)
+void CVScheduleProgressViewController::showProgressForScheduleOperation(const ReportFigures &report)
 {
     m_figures.begin();
-    if (!report.forEachText(
-            ProgressData, [this](std::string_view name, std::string_view text) { m_figures.take(name, text); }))
-        return;
+    report.members.forEachText(
+        [this](std::string_view name, std::string_view text) { m_figures.take(name, text); });
     using Figure = ProgressFigures::Figure;
     const auto show = [this](Figure figure, QString &field) {
         if (m_figures.has(figure))
             field = m_figures.text(figure);
     };
-    const FieldGroup group = groupOf(report);
-    showGroup(group);
+    showGroup(report.group);
     m_display.scProgressStatus.isShown = false;
-    if (group == FieldGroup::BackupInfo) {
+    if (report.group == FieldGroup::BackupInfo) {
         m_display.bandwidthBgViewIsShown = false;
         show(Figure::ElapsedTime, m_display.scElapsedTime);
         show(Figure::EstimatedTime, m_display.scEstimatedTime.text);
@@ -189,11 +226,20 @@ void CVScheduleProgressViewController::showPercent(qint64 percent)
     m_display.scProgressText = {percentText(m_display.progressPercent), true};
 }
 
+void CVScheduleProgressViewController::FileFigures::take(const ProgressFigures &figures)
+{
+    // Assigned to, so that thousands of reports take no memory anew.
+    transferMode.assign(figures.bytes(ProgressFigures::TransferMode));
+    fileName.assign(figures.bytes(ProgressFigures::FileName));
+    fileSize.assign(figures.bytes(ProgressFigures::FileSize));
+    areNew = true;
+}
+
 void CVScheduleProgressViewController::showFileLine()
 {
     if (m_figures.has(ProgressFigures::FileName) && m_figures.has(ProgressFigures::TransferMode) &&
         m_figures.has(ProgressFigures::FileSize))
-        m_fileLineIsStale = true;
+        m_fileFigures.take(m_figures);
 }
 
 void CVScheduleProgressViewController::showGroup(FieldGroup group)
@@ -224,27 +270,26 @@ void CVScheduleProgressViewController::operationRetries()
 
 void CVScheduleProgressViewController::receivedPauseForScheduleOperation()
 {
+    pauseToResume();
+    writeSwitchFile(ScheduleSwitch::JobPaused);
     if (mainController)
         mainController->showScheduledJobPaused();
-    pauseToResume();
-    writeSwitchFile(QStringLiteral("2"));
 }
 
 void CVScheduleProgressViewController::resetViewAfterPauseForScheduleOperation()
 {
     resumeToPause();
+    writeSwitchFile(ScheduleSwitch::Enabled);
     if (mainController)
         mainController->showScheduledJobResumed();
-    writeSwitchFile(QStringLiteral("1"));
-    if (mainController)
-        mainController->evaluateStatusIcon(); // it asks the file that was just written
 }
 
 void CVScheduleProgressViewController::resetSchedulerProgress()
 {
     ++m_endedJobs;
     restore = false;
-    resetViewAfterPauseForScheduleOperation(); // a job that ended while it was paused leaves no pause behind
+    resumeToPause(); // a job that ended while it was paused leaves no pause behind
+    writeSwitchFile(ScheduleSwitch::Enabled);
     CVSingletonForBackup::shared().scheduleBackupRunning = false;
     closeWindow();
     if (mainController)
@@ -271,7 +316,7 @@ void CVScheduleProgressViewController::reSetSchedulerProgressWindow()
           &m_display.scRemainingFiles_Dedup, &m_display.scCompletedFiles_Dedup, &m_display.scProgressText.text,
           &m_display.scFilePath, &m_display.scSpeedText, &m_display.scProgressStatus.text})
         text->clear();
-    m_fileLineIsStale = false;
+    m_fileFigures.areNew = false;
     m_display.scElapsedTime_Dedup.isShown = false;
 }
 
@@ -285,7 +330,7 @@ void CVScheduleProgressViewController::pauseToResume()
 
 void CVScheduleProgressViewController::resumeToPause()
 {
-    m_isSchedulePaused = false;
+    m_isSchedulePaused = m_markerPauses = false;
     m_display.titleEmailLabel = titleLine(emailForUser, prorgessTitile);
     checkOperationDetailedTypeToDisplayBandwidth();
     changed();
@@ -293,17 +338,23 @@ void CVScheduleProgressViewController::resumeToPause()
 
 void CVScheduleProgressViewController::checkOperationDetailedTypeToDisplayBandwidth()
 {
-    if (!backUpProgressResponseDict || !backUpProgressResponseDict->memberCount(ProgressData))
+    const auto figures =
+        backUpProgressResponseDict ? ReportFigures::of(*backUpProgressResponseDict) : std::nullopt;
+    if (!figures)
         return;
-    if (groupOf(*backUpProgressResponseDict) == FieldGroup::BackupInfo)
+    if (figures->group == FieldGroup::BackupInfo)
         m_display.bandwidthBgViewIsShown = false;
     else
         loadThrottleSettings();
 }
 
-void CVScheduleProgressViewController::writeSwitchFile(const QString &word)
+std::optional<QString> CVScheduleProgressViewController::switchText()
 {
-    const QString path = pathValue(QLatin1String("SchedulerStatusInfoPath"), {});
-    if (AtomicFile::readText(path) != word) // a daemon that repeats itself need not cost a write each time
-        std::ignore = AtomicFile::writeText(path, word);
+    return AtomicFile::readText(pathValue(QLatin1String("SchedulerStatusInfoPath"), {}));
+}
+
+void CVScheduleProgressViewController::writeSwitchFile(ScheduleSwitch state)
+{
+    if (const auto word = switchAfterJob(switchText(), state))
+        writeTextOrTrace(pathValue(QLatin1String("SchedulerStatusInfoPath"), {}), *word);
 }

@@ -13,7 +13,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <tuple>
 
 namespace
 {
@@ -33,6 +32,7 @@ std::optional<QString> CVScheduleProgressViewController::fetchCurrentLoggedUserN
 
 void CVScheduleProgressViewController::loadThrottleSettings()
 {
+    takeWaitingFigures(); // they may hide what is shown here
     const auto settings = storedSettings(fetchCurrentLoggedUserName());
     if (settings)
         setFetchData(*settings);
@@ -56,15 +56,15 @@ void CVScheduleProgressViewController::sliderValueChanged(int percent)
     changed();
 }
 
-void CVScheduleProgressViewController::sliderDidFinishMoving()
+void CVScheduleProgressViewController::sliderDidFinishMoving(int percent)
 {
     const auto account = fetchCurrentLoggedUserName();
     const auto settings = storedSettings(account);
-    const QVariantMap entry = settings ? throttleEntry(*settings, m_display.bandwidthPercent) : QVariantMap();
+    const QVariantMap entry = settings ? throttleEntry(*settings, percent) : QVariantMap();
     if (entry.isEmpty())
         return;
     // The daemon hears of it in any case; after a failure it finds the old values.
-    std::ignore = ThrottleStore::savePlistData(SettingCategory::ThrottleSettings, *account, entry);
+    ThrottleStore::savePlistData(SettingCategory::ThrottleSettings, *account, entry);
     sendDataToDemon(DemonSettingPingType::bandwidthThrottle, 100);
     loadThrottleSettings();
 }

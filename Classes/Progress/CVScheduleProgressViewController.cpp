@@ -1,11 +1,14 @@
 // The window's side: when the state reaches it. Reports change plain values only; a burst of thousands costs an
-// open window one copy a frame, and a closed one nothing.
+// open window one decoding and one copy a frame, and a closed one nothing.
 
 #include "Classes/Progress/CVScheduleProgressViewController.h"
 
 #include "Classes/Progress/ScheduleProgressView.h"
+#include "Classes/Schedules/CorvaneSchedulerController.h"
 #include "Utility/Language/LanguageManager.h"
 #include "Utility/QNUtility.h"
+
+#include <utility>
 
 CVScheduleProgressViewController::CVScheduleProgressViewController(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
@@ -22,6 +25,7 @@ void CVScheduleProgressViewController::setView(ScheduleProgressView *view)
 
 void CVScheduleProgressViewController::viewWillAppear()
 {
+    takeWaitingFigures();
     updateBandwidthMacInUseValueReceivedFromRM();
     // The state was kept while the window was closed. To take the last report once more would undo what the
     // user has done since.
@@ -32,7 +36,9 @@ void CVScheduleProgressViewController::viewWillAppear()
 
 void CVScheduleProgressViewController::showState()
 {
-    if (m_isSchedulePaused)
+    m_markerPauses = !m_isSchedulePaused && mainController && mainController->isScheduledBackupPaused() &&
+                     mainController->scheduler().isScheduleBackupInProgress();
+    if (m_isSchedulePaused || m_markerPauses)
         pauseToResume();
     else
         resumeToPause();
@@ -48,17 +54,17 @@ const ProgressDisplay &CVScheduleProgressViewController::display()
 
 void CVScheduleProgressViewController::composeTexts()
 {
+    takeWaitingFigures();
     // A paused job stands still in the main pane, also one that was paused before its first figures.
     const bool prepares = isProgressAnimating && !m_isSchedulePaused;
     m_display.pane = prepares ? Display::Pane::Preparing : Display::Pane::Main;
     m_display.preparingBarRuns = prepares;
     m_display.isPaused = m_isSchedulePaused;
-    if (m_fileLineIsStale) {
-        m_display.scFilePath = ProgressRules::fileLine(localized(m_figures.text(ProgressFigures::TransferMode)),
-                                                       m_figures.text(ProgressFigures::FileName),
-                                                       m_figures.text(ProgressFigures::FileSize));
-        m_fileLineIsStale = false;
-    }
+    if (std::exchange(m_fileFigures.areNew, false))
+        m_display.scFilePath =
+            ProgressRules::fileLine(localized(ProgressRules::presentable(m_fileFigures.transferMode)),
+                                    ProgressRules::presentable(m_fileFigures.fileName),
+                                    ProgressRules::presentable(m_fileFigures.fileSize));
 }
 
 void CVScheduleProgressViewController::changed()

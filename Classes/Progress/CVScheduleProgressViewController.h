@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Classes/Progress/JobOrder.h"
 #include "Classes/Progress/ProgressDisplay.h"
 #include "Classes/Progress/ProgressFigures.h"
 #include "Classes/Progress/ProgressRole.h"
 #include "Classes/Progress/ProgressRules.h"
+#include "Classes/Progress/ReportFigures.h"
+#include "Classes/Schedules/ScheduleStatusRules.h"
 #include "Messaging/DaemonMessage.h"
 #include "Platform/Clock.h"
 
@@ -14,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 class ScheduleProgressView;
 
@@ -22,7 +26,8 @@ enum class DemonSettingPingType { bandwidthThrottle };
 
 /// The state of the running scheduled job as the progress window shows it, and the controls over the job. It
 /// takes every report, whether or not the window is open: what is shown is kept as plain values, and copied
-/// into an open window when the next frame of the display is due. Main thread only.
+/// into an open window when the next frame of the display is due. A report of nothing but figures waits until
+/// then, unless something else happens before: what is taken is taken in its order. Main thread only.
 ///
 /// Contents: window and frames (CVScheduleProgressViewController.cpp), reports (+Reports.cpp), reports of the
 /// older form (+OlderForm.cpp), pause, resume and stop (+Control.cpp), bandwidth (+Throttle.cpp)
@@ -37,9 +42,6 @@ public:
     explicit CVScheduleProgressViewController(Surroundings surroundings);
     ~CVScheduleProgressViewController();
     CVScheduleProgressViewController(const CVScheduleProgressViewController &) = delete;
-
-    /// The buttons' tags: what a press asks for.
-    enum Tag { ResumeTag = 0, PauseTag = 1 };
 
     /// @name Window and frames
     /// @{
@@ -57,6 +59,9 @@ public:
     /// @{
     /// Takes a report of the running job; the newest replaces the last one.
     void progressReceivedData(const DaemonMessage &report);
+    /// Told in each pass over the files whether they know of a running job. One that neither they nor a report
+    /// have told of since the pass before is over, and its end was not heard.
+    void lookForUnheardChanges(bool jobRuns);
     /// @}
 
     /// @name Reports of the older form, in CVScheduleProgressViewController+OlderForm.cpp
@@ -67,8 +72,8 @@ public:
 
     /// @name Pause, resume and stop, in CVScheduleProgressViewController+Control.cpp
     /// @{
-    /// Pauses the job with PauseTag, resumes it with any other: the window at once, the daemon by two messages.
-    void SCpauseresume(int tag);
+    /// Pauses or resumes the job: the window at once, the daemon by two messages.
+    void SCpauseresume(JobOrder order);
     /// Stops the job when the user confirms it.
     void stopSchedulerSubmenu();
     /// @}
@@ -78,8 +83,9 @@ public:
     /// Shows the stored values of the signed-in account; leaves the display where there are none.
     void loadThrottleSettings();
     void sliderValueChanged(int percent);
-    /// Stores the slider's value, tells the daemon, and shows what is stored.
-    void sliderDidFinishMoving();
+    /// Stores the slider's value, tells the daemon, and shows what is stored. The display may say otherwise by
+    /// then: a report loads the stored value while the user moves the slider.
+    void sliderDidFinishMoving(int percent);
     /// Shows or hides the bandwidth group by the kind of the running job.
     void updateBandwidthMacInUseValueReceivedFromRM();
     [[nodiscard]] static std::optional<QString> fetchCurrentLoggedUserName();
@@ -98,14 +104,16 @@ private:
     void closeWindow();
 
     // Reports
+    [[nodiscard]] bool isFiguresAlone(const DaemonMessage &report) const;
     void handleProgressResponse(const DaemonMessage &report);
     void operationStarted(const DaemonMessage &report);
     void operationReceivedProgressData(const DaemonMessage &report);
+    void takeWaitingFigures();
     void endPauseOfFormerJob();
     void joinRunningOperation(const DaemonMessage &report);
     [[nodiscard]] bool isNewsOfRunningJob(const DaemonMessage &report) const;
     void setUIForScheduleProgress(const DaemonMessage &report);
-    void showProgressForScheduleOperation(const DaemonMessage &report);
+    void showProgressForScheduleOperation(const ReportFigures &report);
     void showPercentage();
     void showPercent(qint64 percent);
     void showFileLine();
@@ -120,10 +128,11 @@ private:
     void pauseToResume();
     void resumeToPause();
     void checkOperationDetailedTypeToDisplayBandwidth();
-    void writeSwitchFile(const QString &word);
+    [[nodiscard]] static std::optional<QString> switchText();
+    void writeSwitchFile(ScheduleSwitch state);
 
     // Older form
-    void olderFormStarted(const QString &kind);
+    void olderFormStarted(const QString &kind, const QVariantMap &figures);
     void olderFormProgress(const QString &kind, const QVariantMap &figures);
     void takeOlderFormKind(const QString &kind);
     void progressView(const QVariantMap &data);
@@ -141,10 +150,18 @@ private:
     ScheduleProgressView *m_view = nullptr;
     std::unique_ptr<Clock::Timer> m_frameTimer; ///< runs while a frame is due
     Display m_display;
-    bool m_fileLineIsStale = false; ///< the line is put together when it is shown
+    /// What the line of the file in work is made of, all from one report; put together when it is shown.
+    struct FileFigures {
+        bool areNew = false;
+        std::string transferMode, fileName, fileSize;
+        void take(const ProgressFigures &figures);
+    };
+    FileFigures m_fileFigures;
 
     ProgressFigures m_figures;
     bool m_isSchedulePaused = false;
+    bool m_markerPauses = false;      ///< that was taken from the daemon's marker
+    bool m_heardSincePass = false;    ///< a report has come
     bool SchOnlineBackup = false;     ///< an online backup of a deduplicating account
     bool restore = false;             ///< the job is a restore; known of the older form only
     bool progressStarted = false;     ///< percent values are shown
@@ -152,4 +169,5 @@ private:
     QString emailForUser;             ///< the account of the title line
     int m_endedJobs = 0;
     std::optional<DaemonMessage> backUpProgressResponseDict; ///< the last report
+    std::optional<ReportFigures> m_waitingFigures;           ///< of the last report
 };

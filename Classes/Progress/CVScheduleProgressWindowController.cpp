@@ -18,10 +18,10 @@ void CVScheduleProgressWindowController::makeWindow()
     m_window = std::make_unique<ScheduleProgressView>(m_clock);
     refreshColours();
     m_window->appears = [this] { m_viewController.viewWillAppear(); };
-    m_window->pauseOrResume = [this](int tag) { m_viewController.SCpauseresume(tag); };
+    m_window->pauseOrResume = [this](JobOrder order) { m_viewController.SCpauseresume(order); };
     m_window->stop = [this] { m_viewController.stopSchedulerSubmenu(); };
     m_window->sliderMoved = [this](int percent) { m_viewController.sliderValueChanged(percent); };
-    m_window->sliderDone = [this] { m_viewController.sliderDidFinishMoving(); };
+    m_window->sliderDone = [this](int percent) { m_viewController.sliderDidFinishMoving(percent); };
     m_viewController.setView(m_window.get());
 }
 

@@ -15,14 +15,15 @@ class ProgressRole
 public:
     virtual ~ProgressRole() = default;
 
-    /// Menu item, icon and tool tip say that the scheduled job is paused.
+    /// Menu item, icon and tool tip say that the scheduled job is paused, after the switch file does.
     virtual void showScheduledJobPaused() = 0;
     /// They say that it goes on.
     virtual void showScheduledJobResumed() = 0;
-    /// The scheduled job is over: no account's job runs, and the menu offers nothing to pause or stop.
+    /// The scheduled job is over: no account's job runs, the menu offers nothing to pause or stop, and icon and
+    /// tool tip say what comes next. Told alone, also when the job was paused.
     virtual void scheduledJobHasEnded() = 0;
-    /// Works out the icon anew, after a file that it depends on was written.
-    virtual void evaluateStatusIcon() = 0;
+    /// Whether the daemon's marker says that the running job is paused.
+    [[nodiscard]] virtual bool isScheduledBackupPaused() const = 0;
 
     virtual void sendDataToDaemonForCoreOperation(const std::optional<QVariantMap> &details,
                                                   ECoreOperationActionType action) = 0;

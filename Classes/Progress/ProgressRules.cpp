@@ -1,7 +1,7 @@
 #include "Classes/Progress/ProgressRules.h"
 
 #include "Extensions/TextFormat.h"
-#include "Platform/Desktop/DisplayLine.h"
+#include "Platform/DisplayLine.h"
 
 #include <array>
 #include <charconv>

@@ -21,8 +21,6 @@ namespace
 namespace Texts = SchedulerProgressVC;
 using Form = Ui::ScheduleProgress;
 
-constexpr int PauseTag = 1;
-constexpr int ResumeTag = 0;
 constexpr QSize PreparingImageSize(48, 48);
 constexpr int SmallestIcon = 16; ///< beside a text; as high as the line where that is higher
 
@@ -196,7 +194,7 @@ void ScheduleProgressView::connectControls()
 {
     connect(m_ui->scPauseButton, &QPushButton::clicked, this, [this] {
         if (pauseOrResume)
-            pauseOrResume(m_ui->scPauseButton->property("tag").toInt());
+            pauseOrResume(m_shown && m_shown->isPaused ? JobOrder::Resume : JobOrder::Pause);
     });
     connect(m_ui->scStopButton, &QPushButton::clicked, this, [this] {
         if (stop)
@@ -305,7 +303,6 @@ void ScheduleProgressView::showPauseButton(bool isPaused)
     button->setText(isPaused ? Texts::resumeBtn : Texts::pauseBtn);
     button->setAccessibleName(button->text());
     button->setToolTip(isPaused ? Texts::resumeTooltip : Texts::pauseTooltip);
-    button->setProperty("tag", isPaused ? ResumeTag : PauseTag);
     // Going on is what a paused job suggests. The ink of the accent is light on a light desktop, and the other
     // way round.
     button->setIcon(trayImage(isPaused ? imageFile(u"progress_resume", !m_isDark)
@@ -323,10 +320,10 @@ void ScheduleProgressView::userMovedSlider(int percent)
         sliderMoved(percent);
 }
 
-void ScheduleProgressView::sliderDidFinishMoving(CustomSlider &)
+void ScheduleProgressView::sliderDidFinishMoving(CustomSlider &slider)
 {
     if (sliderDone)
-        sliderDone();
+        sliderDone(slider.value());
 }
 
 std::chrono::milliseconds ScheduleProgressView::framePeriod(const QWidget *widget)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Classes/Progress/CustomSlider.h"
+#include "Classes/Progress/JobOrder.h"
 #include "Classes/Progress/ProgressDisplay.h"
 #include "Platform/Clock.h"
 
@@ -39,10 +40,10 @@ public:
 
     /// @name What the user does; each may be unset
     /// @{
-    std::function<void(int tag)> pauseOrResume; ///< the tag of the button: 1 asks for pause, 0 for resume
+    std::function<void(JobOrder order)> pauseOrResume; ///< what the button says
     std::function<void()> stop;
     std::function<void(int percent)> sliderMoved; ///< not to be stored yet
-    std::function<void()> sliderDone;             ///< the value last given to sliderMoved is to be stored
+    std::function<void(int percent)> sliderDone;  ///< to be stored
     std::function<void()> appears;                ///< before the window is shown
     /// @}
 

@@ -1,6 +1,8 @@
 #include "Classes/Progress/ThrottleStore.h"
 
 #include "Platform/PropertyList.h"
+#include "Platform/SharedList.h"
+#include "Source/Logger/WriteTrace.h"
 #include "Utility/Paths/PathTable.h"
 
 #include <cstdio>
@@ -21,7 +23,7 @@ bool isDictionary(const QVariant &value)
 std::optional<QVariantMap> ThrottleStore::fetchSavedthrottleDataFromPlist()
 {
     QString reason;
-    const auto list = PropertyList::read(preferencePath(), &reason);
+    const auto list = PropertyList::read(preferencePath(), &reason, Limits::SharedListBytes);
     if (!list)
         std::printf("Error reading plist: %s\n", qUtf8Printable(reason));
     return list && isDictionary(*list) ? std::optional(list->toMap()) : std::nullopt;
@@ -30,17 +32,16 @@ std::optional<QVariantMap> ThrottleStore::fetchSavedthrottleDataFromPlist()
 std::optional<QString> ThrottleStore::savePlistData(SettingCategory /*settingType*/, const QString &account,
                                                     const QVariantMap &entry)
 {
-    // Read anew, however fresh the caller's copy: the time in which a change by the daemon is lost stays short.
-    QString reason;
-    auto list = PropertyList::readDictionary(preferencePath(), &reason);
-    if (!list)
-        return reason;
-    if (!isDictionary(list->value(account)))
-        return QStringLiteral("no settings of the account");
-    auto settings = list->value(account).toMap();
-    settings.insert(entry);
-    list->insert(account, settings);
-    if (!PropertyList::write(preferencePath(), *list, PropertyList::Format::Xml, &reason))
-        return reason;
-    return std::nullopt;
+    // Read anew, however fresh the caller's copy, and once more where the daemon writes in between.
+    const auto lay = [&](QVariantMap &list) -> std::optional<QString> {
+        if (!isDictionary(list.value(account)))
+            return QStringLiteral("no settings of the account");
+        auto settings = list.value(account).toMap();
+        settings.insert(entry);
+        list.insert(account, settings);
+        return std::nullopt;
+    };
+    const QString path = preferencePath();
+    const auto result = SharedList::update(path, SharedList::Missing::Refuse, PropertyList::Format::Xml, lay);
+    return traceFailure(path, result) ? std::nullopt : std::optional(result.reason());
 }

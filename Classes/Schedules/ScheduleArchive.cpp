@@ -2,11 +2,11 @@
 
 #include "Platform/AtomicFile.h"
 #include "Platform/KeyedArchive.h"
-#include "Platform/PropertyList.h"
+#include "Platform/Limits.h"
 
 std::optional<ScheduleRecords> contentsOfArchivedFile(const std::optional<QString> &path, QLatin1StringView key)
 {
-    const auto bytes = path ? AtomicFile::read(*path, PropertyList::MaxBytes) : std::nullopt;
+    const auto bytes = path ? AtomicFile::read(*path, Limits::ArchiveBytes) : std::nullopt;
     return bytes ? scheduleRecordsIn(*bytes, key) : std::nullopt;
 }
 
@@ -14,7 +14,7 @@ std::optional<ScheduleRecords> scheduleRecordsIn(const QByteArray &bytes, QLatin
 {
     const auto archive = KeyedArchive::open(bytes);
     const auto entries = archive ? archive->decodeObject(key).entries() : std::nullopt;
-    if (!entries || entries->size() > MaxScheduleRecords)
+    if (!entries || qsizetype(entries->size()) > Limits::ArchiveRecords)
         return std::nullopt;
     ScheduleRecords records;
     records.reserve(entries->size());

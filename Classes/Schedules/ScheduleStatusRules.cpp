@@ -24,6 +24,14 @@ QString scheduleSwitchContent(ScheduleSwitch state)
     return QStringLiteral("1");
 }
 
+std::optional<QString> switchAfterJob(const std::optional<QString> &content, ScheduleSwitch state)
+{
+    const QString word = scheduleSwitchContent(state);
+    if (scheduleSwitch(content) == ScheduleSwitch::Disabled || content == word)
+        return std::nullopt;
+    return word;
+}
+
 bool isPauseMarker(const std::optional<QString> &content)
 {
     return content == u"1" || content == u"true";
@@ -40,7 +48,7 @@ BackupTip tipForNextJob(const CorvaneScheduleItem *next, const QLocale &locale)
 BackupTip tipForSchedules(const BackupTipInputs &in, const QLocale &locale)
 {
     if (in.jobRuns)
-        return {in.runningJobIsPaused ? Kind::Paused : Kind::Leave, {}};
+        return {in.runningJobIsPaused ? Kind::Paused : Kind::InProgress, {}};
     if (in.jobs == ScheduleSwitch::Disabled)
         return {Kind::Disabled, {}};
     if (in.hasImmediateJob)

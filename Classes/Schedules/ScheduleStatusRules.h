@@ -14,15 +14,20 @@ enum class ScheduleSwitch { Disabled, Enabled, JobPaused };
 /// The content to write: "0", "1" or "2".
 [[nodiscard]] QString scheduleSwitchContent(ScheduleSwitch state);
 
+/// What the pause, the resume or the end of a job leaves in a file of that content: none where it stays as it
+/// is, because it says so already, or because all jobs are switched off, which no single job ends.
+[[nodiscard]] std::optional<QString> switchAfterJob(const std::optional<QString> &content,
+                                                    ScheduleSwitch state);
+
 /// Whether the marker that the daemon keeps beside a running job says that it is paused: "1" or "true", nothing
 /// else.
 [[nodiscard]] bool isPauseMarker(const std::optional<QString> &content);
 
 /// What the backup line of the tool tip has to say.
 struct BackupTip {
-    enum class Kind { Leave, Immediate, NoJobs, Next, Disabled, Paused, InProgress };
-    Kind kind = Kind::Leave; ///< Leave: keep the line that stands
-    QString time;            ///< of the next job, ready to show; only with Next
+    enum class Kind { Immediate, NoJobs, Next, Disabled, Paused, InProgress };
+    Kind kind = Kind::NoJobs;
+    QString time; ///< of the next job, ready to show; only with Next
 
     friend bool operator==(const BackupTip &a, const BackupTip &b) = default;
 };

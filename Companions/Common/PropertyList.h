@@ -29,7 +29,8 @@ enum class PlistForm { Binary, Xml };
 
 /// Puts `bytes` in the place of the file, whole or not at all, making its folder where needed. False on
 /// failure.
-bool writeWholeFile(const QString &path, const QByteArray &bytes);
+[[nodiscard]] bool writeWholeFile(const QString &path, const QByteArray &bytes);
 
 /// writeWholeFile() with the bytes of a property list.
-bool writePropertyList(const QString &path, const QVariantMap &tree, PlistForm form = PlistForm::Xml);
+[[nodiscard]] bool writePropertyList(const QString &path, const QVariantMap &tree,
+                                     PlistForm form = PlistForm::Xml);

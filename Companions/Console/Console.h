@@ -87,6 +87,7 @@ private:
     void expectApplication(const QString &text);
     void stopMonitor();
     void signalMonitor(const QString &name);
+    void fillDiskOfMonitor(const QString &word);
     void startSecondMonitor();
     void expectMonitorEnded(const QString &text);
     /// @}

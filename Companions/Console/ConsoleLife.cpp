@@ -7,6 +7,8 @@
 
 #include <csignal>
 
+#include <sys/resource.h>
+
 namespace
 {
 constexpr std::chrono::milliseconds EndPatience{3000};
@@ -22,6 +24,17 @@ std::optional<int> signalNumber(const QString &name)
     return found == numbers.end() ? std::nullopt : std::optional(*found);
 }
 
+/// On a full disk no file of that program can grow, whoever runs it and whatever it is.
+bool fillDisk(qint64 pid, bool isFull)
+{
+    rlimit limit{};
+    const auto process = static_cast<pid_t>(pid);
+    if (prlimit(process, RLIMIT_FSIZE, nullptr, &limit) != 0)
+        return false;
+    limit.rlim_cur = isFull ? 0 : limit.rlim_max;
+    return prlimit(process, RLIMIT_FSIZE, &limit, nullptr) == 0;
+}
+
 QString describeExit(std::optional<int> code)
 {
     return code ? QString::number(*code) : QStringLiteral("no exit status");
@@ -33,7 +46,8 @@ void Console::addLifeCommands()
     addCommand(QStringLiteral("application"),
                QStringLiteral("application start|stop|front|away   front: the one that counts as running"),
                [this](const QStringList &words, const QString &) { runApplicationCommand(words.value(0)); });
-    addCommand(QStringLiteral("monitor"), QStringLiteral("monitor start|stop|again|signal TERM|INT|HUP|KILL"),
+    addCommand(QStringLiteral("monitor"),
+               QStringLiteral("monitor start|stop|again|signal TERM|INT|HUP|KILL|disk full|free"),
                [this](const QStringList &words, const QString &) {
                    const QString verb = words.value(0);
                    if (verb == QLatin1StringView("start"))
@@ -44,8 +58,10 @@ void Console::addLifeCommands()
                        startSecondMonitor();
                    else if (verb == QLatin1StringView("signal"))
                        signalMonitor(words.value(1));
+                   else if (verb == QLatin1StringView("disk"))
+                       fillDiskOfMonitor(words.value(1));
                    else
-                       finish(CommandResult::failed(QStringLiteral("start, stop, again or signal")));
+                       finish(CommandResult::failed(QStringLiteral("start, stop, again, signal or disk")));
                });
 }
 
@@ -101,6 +117,18 @@ void Console::signalMonitor(const QString &name)
     for (const qint64 pid : running)
         ::kill(static_cast<pid_t>(pid), *number);
     finish(CommandResult::ok());
+}
+
+void Console::fillDiskOfMonitor(const QString &word)
+{
+    const bool isFull = word == QLatin1StringView("full");
+    if (!isFull && word != QLatin1StringView("free"))
+        return finish(CommandResult::failed(QStringLiteral("full or free")));
+    const QList<qint64> running = childrenRunning(m_settings.monitor);
+    bool done = !running.isEmpty();
+    for (const qint64 pid : running)
+        done = fillDisk(pid, isFull) && done;
+    finish(done ? CommandResult::ok() : CommandResult::failed(QStringLiteral("no monitor with such a limit")));
 }
 
 void Console::startSecondMonitor()

@@ -1,7 +1,5 @@
 #include "Platform/Desktop/Appearance.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QGuiApplication>
@@ -9,6 +7,8 @@
 
 namespace
 {
+constexpr std::chrono::milliseconds AnswerLimit{5000};
+
 /// An object on the session bus that keeps settings, and one setting of it.
 struct Setting {
     QString service, path, interface, group, key;
@@ -20,6 +20,14 @@ struct Setting {
         message.setAutoStartService(
             false); // who has such a service runs it; none is started for an icon's colour
         return message;
+    }
+    [[nodiscard]] BusConnection::Signal change(const char *name) const
+    {
+        return {.path = path,
+                .interface = interface,
+                .name = QLatin1StringView(name),
+                .firstArguments = {},
+                .signature = {}};
     }
 };
 
@@ -52,23 +60,35 @@ std::optional<bool> booleanIn(const QVariant &value)
 } // namespace
 
 Appearance::Appearance(const QString &desktop, std::function<void()> changed,
-                       std::function<void()> desktopChanged, const QDBusConnection &bus)
-    : m_bus(bus), m_changed(std::move(changed)), m_desktopChanged(std::move(desktopChanged))
+                       std::function<void()> desktopChanged, BusLink &bus)
+    : m_desktop(desktop.split(u':')), m_bus(bus), m_changed(std::move(changed)),
+      m_desktopChanged(std::move(desktopChanged))
 {
-    const QStringList names = desktop.split(u':');
-    if (names.contains(QLatin1String("GNOME")))
+    if (m_desktop.contains(QLatin1String("GNOME")))
         m_panelIsDark = true;
-    if (!m_bus.isConnected())
+    connect(&m_bus, &BusLink::connected, this, &Appearance::connectToBus);
+    connectToBus();
+}
+
+Appearance::~Appearance()
+{
+    if (const auto connection = m_bus.connection())
+        connection->unsubscribeFor(this);
+}
+
+void Appearance::connectToBus()
+{
+    const auto connection = m_bus.connection();
+    if (!connection)
         return;
-    m_bus.connect(PortalScheme.service, PortalScheme.path, PortalScheme.interface,
-                  QStringLiteral("SettingChanged"), this,
-                  SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
+    connection->subscribe(PortalScheme.change("SettingChanged"), this,
+                          SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
     ask(PortalScheme.question(QStringLiteral("Read")),
         [this](const QVariant &value) { takePortalScheme(value); });
-    if (!names.contains(QLatin1String("XFCE")))
+    if (!m_desktop.contains(QLatin1String("XFCE")))
         return;
-    m_bus.connect(XfcePanel.service, XfcePanel.path, XfcePanel.interface, QStringLiteral("PropertyChanged"),
-                  this, SLOT(panelSettingChanged(QString, QString, QDBusVariant)));
+    connection->subscribe(XfcePanel.change("PropertyChanged"), this,
+                          SLOT(panelSettingChanged(QString, QString, QDBusVariant)));
     ask(
         XfcePanel.question(QStringLiteral("GetProperty")),
         [this](const QVariant &value) { take(m_panelIsDark, booleanIn(value)); },
@@ -92,7 +112,8 @@ bool Appearance::isDesktopDark() const
 void Appearance::ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer,
                      std::function<void(const QString &)> failure)
 {
-    auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
+    auto *call = new QDBusPendingCallWatcher(
+        m_bus.connection()->bus().asyncCall(question, static_cast<int>(AnswerLimit.count())), this);
     connect(call, &QDBusPendingCallWatcher::finished, this,
             [answer = std::move(answer), failure = std::move(failure)](QDBusPendingCallWatcher *finished) {
                 const QDBusPendingReply<QDBusVariant> reply = *finished;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QDBusConnection>
+#include "Platform/SessionBus/BusLink.h"
+
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QObject>
 
 #include <functional>
 #include <optional>
@@ -21,9 +21,11 @@ class Appearance : public QObject
 
 public:
     /// `desktop` is what XDG_CURRENT_DESKTOP names; `changed` is called on the main thread when isDark()
-    /// becomes another answer, `desktopChanged` when isDesktopDark() does.
+    /// becomes another answer, `desktopChanged` when isDesktopDark() does. `bus` outlives the object; whenever
+    /// it comes anew the desktop is asked anew.
     Appearance(const QString &desktop, std::function<void()> changed, std::function<void()> desktopChanged,
-               const QDBusConnection &bus = QDBusConnection::sessionBus());
+               BusLink &bus);
+    ~Appearance() override;
 
     [[nodiscard]] bool isDark() const;        ///< the panel
     [[nodiscard]] bool isDesktopDark() const; ///< the windows
@@ -33,12 +35,14 @@ private Q_SLOTS:
     void panelSettingChanged(const QString &channel, const QString &property, const QDBusVariant &value);
 
 private:
+    void connectToBus();
     void ask(const QDBusMessage &question, std::function<void(const QVariant &)> answer,
              std::function<void(const QString &)> failure = {});
     void take(std::optional<bool> &answer, std::optional<bool> dark);
     void takePortalScheme(const QVariant &scheme);
 
-    QDBusConnection m_bus;
+    const QStringList m_desktop;
+    BusLink &m_bus;
     std::function<void()> m_changed;
     std::function<void()> m_desktopChanged;
     std::optional<bool> m_panelIsDark; ///< the panel's own word, before all others

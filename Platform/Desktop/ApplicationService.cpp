@@ -1,31 +1,83 @@
 #include "Platform/Desktop/ApplicationService.h"
 
 #include "Platform/Desktop/Applications.h"
+#include "Platform/Ending.h"
 
-#include <QDBusConnectionInterface>
+#include <QDBusPendingCallWatcher>
 
-ApplicationService::ApplicationService(QString identifier, std::function<void()> activated, QDBusConnection bus)
-    : m_identifier(std::move(identifier)), m_activated(std::move(activated)), m_bus(std::move(bus))
+namespace
 {
+constexpr std::chrono::milliseconds NameLimit{3000};
+
+// As in the D-Bus specification, "Message Bus Messages": wait in line, let nobody take the name away.
+constexpr uint NoFlags = 0;
+constexpr uint PrimaryOwner = 1;
+constexpr uint InQueue = 2;
+constexpr uint AlreadyOwner = 4;
+} // namespace
+
+ApplicationService::ApplicationService(QString identifier, std::function<void()> activated, BusLink &bus,
+                                       std::function<void(const QString &)> trace)
+    : m_identifier(std::move(identifier)), m_activated(std::move(activated)), m_trace(std::move(trace)),
+      m_bus(bus)
+{
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(BusLink::RetryPace);
+    connect(&m_retry, &QTimer::timeout, this, &ApplicationService::ask);
 }
 
 ApplicationService::~ApplicationService()
 {
-    if (!m_bus.isConnected())
+    const auto connection = m_bus.connection();
+    if (!connection || Ending::hasBegun())
         return;
-    m_bus.interface()->unregisterService(m_identifier);
-    m_bus.unregisterObject(Applications::objectPath(m_identifier));
+    connection->bus().unregisterObject(Applications::objectPath(m_identifier));
+    connection->bus().send(BusConnection::busMethod(QStringLiteral("ReleaseName"), {m_identifier}));
 }
 
-bool ApplicationService::start()
+void ApplicationService::start()
 {
-    // The object first: who waits for the name calls as soon as it appears.
-    if (!m_bus.isConnected() || !m_bus.registerObject(Applications::objectPath(m_identifier), this,
-                                                      QDBusConnection::ExportScriptableSlots))
-        return false;
-    const auto reply = m_bus.interface()->registerService(m_identifier, QDBusConnectionInterface::QueueService,
-                                                          QDBusConnectionInterface::DontAllowReplacement);
-    return reply.value() == QDBusConnectionInterface::ServiceRegistered;
+    connect(&m_bus, &BusLink::connected, this, &ApplicationService::ask);
+    ask();
+}
+
+void ApplicationService::ask()
+{
+    const auto connection = m_bus.connection();
+    if (!connection)
+        return;
+    // The object first: who waits for the name calls as soon as it appears. It stays from an earlier question.
+    connection->bus().registerObject(Applications::objectPath(m_identifier), this,
+                                     QDBusConnection::ExportScriptableSlots);
+    const QDBusMessage question =
+        BusConnection::busMethod(QStringLiteral("RequestName"), {m_identifier, NoFlags});
+    auto *call = new QDBusPendingCallWatcher(
+        connection->bus().asyncCall(question, static_cast<int>(NameLimit.count())), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {
+        takeAnswer(finished->reply());
+        finished->deleteLater();
+    });
+}
+
+void ApplicationService::takeAnswer(const QDBusMessage &answer)
+{
+    const uint place = answer.arguments().value(0).toUInt();
+    if (answer.type() == QDBusMessage::ReplyMessage && (place == PrimaryOwner || place == AlreadyOwner)) {
+        m_traced.clear();
+    } else if (answer.type() == QDBusMessage::ReplyMessage && place == InQueue) {
+        traceOnce(QStringLiteral("another process has the name %1; it comes here next").arg(m_identifier));
+    } else if (m_bus.connection()) { // without one, the next asks by itself
+        traceOnce(QStringLiteral("the session bus did not give the name %1").arg(m_identifier));
+        m_retry.start();
+    }
+}
+
+void ApplicationService::traceOnce(const QString &reason)
+{
+    if (m_traced == reason)
+        return;
+    m_traced = reason;
+    m_trace(reason);
 }
 
 void ApplicationService::Activate(const QVariantMap &)

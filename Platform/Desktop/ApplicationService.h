@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QObject>
+#include "Platform/SessionBus/BusLink.h"
+
 #include <QStringList>
 #include <QVariantMap>
 
@@ -16,13 +16,17 @@ class ApplicationService : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    /// `activated` is called on the main thread.
-    ApplicationService(QString identifier, std::function<void()> activated,
-                       QDBusConnection bus = QDBusConnection::sessionBus());
+    /// `activated` is called on the main thread. `trace` is told why the name could not be had. `bus` outlives
+    /// the service.
+    ApplicationService(
+        QString identifier, std::function<void()> activated, BusLink &bus,
+        std::function<void(const QString &reason)> trace = [](const QString &) {});
     ~ApplicationService() override;
 
-    /// False without a bus, or while another program owns the name (it comes here when that ends).
-    bool start();
+    /// Asks for the name, now where there is a bus, and again whenever one comes; waits for no answer. Where
+    /// another program owns the name it comes here when that ends; where the bus doesn't answer it is asked
+    /// again at the pace of the link.
+    void start();
 
     // The names and arguments are the interface's.
 public Q_SLOTS:
@@ -32,7 +36,14 @@ public Q_SLOTS:
                                      const QVariantMap &platformData);
 
 private:
+    void ask();
+    void takeAnswer(const QDBusMessage &answer);
+    void traceOnce(const QString &reason);
+
     QString m_identifier;
     std::function<void()> m_activated;
-    QDBusConnection m_bus;
+    std::function<void(const QString &)> m_trace;
+    BusLink &m_bus;
+    QTimer m_retry;
+    QString m_traced; ///< the last reason, until the name is ours
 };

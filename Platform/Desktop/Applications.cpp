@@ -1,15 +1,17 @@
 #include "Platform/Desktop/Applications.h"
 
 #include "Platform/Home.h"
+#include "Platform/ShellSpawn.h"
+#include "Platform/ShellWords.h"
 
-#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
 
-#include <csignal>
+#include <cerrno>
+
+#include <sys/wait.h>
 
 namespace
 {
@@ -20,12 +22,15 @@ bool isBusName(const QString &identifier)
     return identifier.size() <= 255 && form.match(identifier).hasMatch();
 }
 
-/// A program that reads its signals from a descriptor blocks them, and a child would begin like that.
-void unblockSignals()
+/// Whether the process ends with status 0. Waits for it.
+bool endsWell(pid_t process)
 {
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    int status = -1;
+    while (::waitpid(process, &status, 0) < 0) {
+        if (errno != EINTR)
+            return false;
+    }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 } // namespace
 
@@ -35,40 +40,34 @@ QString Applications::objectPath(const QString &identifier)
     return path.replace(u'.', u'/').replace(u'-', u'_');
 }
 
-bool Applications::activate(const QString &identifier, const QDBusConnection &bus)
+QDBusMessage Applications::activation(const QString &identifier)
 {
-    if (!isBusName(identifier) || !bus.isConnected())
-        return false;
     QDBusMessage call = QDBusMessage::createMethodCall(identifier, objectPath(identifier),
                                                        QStringLiteral("org.freedesktop.Application"),
                                                        QStringLiteral("Activate"));
     call.setArguments({QVariantMap()});
     call.setAutoStartService(false);
-    return bus.send(call);
+    return call;
+}
+
+bool Applications::activate(const QString &identifier, const BusLink &bus)
+{
+    const auto connection = bus.connection();
+    return connection && isBusName(identifier) && connection->bus().send(activation(identifier));
 }
 
 bool Applications::open(const QString &path, const QStringList &arguments)
 {
-    if (!QFileInfo(path).isFile())
+    const QFileInfo program(path);
+    if (!program.isFile() || !program.isExecutable())
         return false;
-    QProcess process;
-    process.setProgram(path);
-    process.setArguments(arguments);
-    process.setWorkingDirectory(homeDirectory());
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.setChildProcessModifier(unblockSignals);
-    return process.startDetached();
-}
-
-void Applications::runShell(const QString &command)
-{
-    auto *shell = new QProcess(QCoreApplication::instance());
-    shell->setChildProcessModifier(unblockSignals);
-    QObject::connect(shell, &QProcess::finished, shell, &QObject::deleteLater);
-    QObject::connect(shell, &QProcess::errorOccurred, shell, &QObject::deleteLater);
-    shell->start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command});
+    QStringList words{shellWord(program.absoluteFilePath())};
+    for (const QString &argument : arguments)
+        words.append(shellWord(argument));
+    // setsid starts the program and goes, so that nothing is left here that would have to be reaped later.
+    const auto shell = ShellSpawn::start(
+        QStringLiteral("cd %1 && exec setsid --fork %2").arg(shellWord(homeDirectory()), words.join(u' ')));
+    return shell.pid != 0 && endsWell(shell.pid);
 }
 
 bool Applications::launch(const QString &name)

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QDBusConnection>
+#include "Platform/SessionBus/BusLink.h"
+
+#include <QDBusMessage>
 #include <QString>
 #include <QStringList>
 
@@ -8,9 +10,12 @@
 namespace Applications
 {
 /// Asks the running application that owns `identifier` on the session bus to come to the front, without waiting
-/// for it and without starting it. False when that isn't a bus name or there is no bus. Source: Desktop Entry
-/// Specification, D-Bus Activation (org.freedesktop.Application).
-bool activate(const QString &identifier, const QDBusConnection &bus = QDBusConnection::sessionBus());
+/// for it and without starting it. False when that isn't a bus name or there is no bus now. Source: Desktop
+/// Entry Specification, D-Bus Activation (org.freedesktop.Application).
+[[nodiscard]] bool activate(const QString &identifier, const BusLink &bus);
+
+/// The message that does so.
+[[nodiscard]] QDBusMessage activation(const QString &identifier);
 
 /// The object at which an application of that identifier answers: "com.example.App-1" is at /com/example/App_1.
 [[nodiscard]] QString objectPath(const QString &identifier);
@@ -19,7 +24,4 @@ bool activate(const QString &identifier, const QDBusConnection &bus = QDBusConne
 bool open(const QString &path, const QStringList &arguments = {});
 /// The same for the first executable of that name in the search path.
 bool launch(const QString &name);
-
-/// Runs a shell command without waiting for it.
-void runShell(const QString &command);
 } // namespace Applications

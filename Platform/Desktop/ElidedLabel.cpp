@@ -1,6 +1,6 @@
 #include "Platform/Desktop/ElidedLabel.h"
 
-#include "Platform/Desktop/DisplayLine.h"
+#include "Platform/DisplayLine.h"
 
 #include <QHelpEvent>
 #include <QPainter>

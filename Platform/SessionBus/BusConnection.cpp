@@ -1,36 +1,38 @@
 #include "Platform/SessionBus/BusConnection.h"
 
-#include <QFileInfo>
+#include "Platform/BusAddress.h"
+#include "Platform/Ending.h"
+#include "Platform/SessionBus/BusProbe.h"
 
+#include <algorithm>
 #include <atomic>
 
 namespace
 {
 constexpr std::chrono::milliseconds NameLimit{3000};
+constexpr std::chrono::milliseconds ReleaseLimit{250};
 
 // The answers of the bus to a request for a name, and the flag not to wait for it, as in the D-Bus
 // specification, "Message Bus Messages".
 constexpr uint DoNotQueue = 0x4;
 constexpr uint PrimaryOwner = 1;
+constexpr uint Exists = 3;
 constexpr uint AlreadyOwner = 4;
 } // namespace
 
-std::optional<QString> sessionBusAddress()
+std::shared_ptr<BusConnection> BusConnection::open()
 {
-    if (const QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"); !given.isEmpty())
-        return given;
-    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const QString socket = runtimeFolder + QStringLiteral("/bus");
-    if (runtimeFolder.isEmpty() || !QFileInfo::exists(socket))
-        return std::nullopt;
-    return QStringLiteral("unix:path=") + socket;
+    const auto address = BusAddress::current();
+    if (!address || BusProbe::ask(*address, BusProbe::RetryLimit) != BusProbe::Answer::Answers)
+        return nullptr;
+    return openAnswering();
 }
 
-std::shared_ptr<BusConnection> BusConnection::open()
+std::shared_ptr<BusConnection> BusConnection::openAnswering()
 {
     // Never twice the same label: Qt answers a known one with the connection that it has, dead or not.
     static std::atomic<quint64> opened = 0;
-    const auto address = sessionBusAddress();
+    const auto address = BusAddress::current();
     if (!address)
         return nullptr;
     const QString label = QStringLiteral("corvane-bus-%1").arg(++opened);
@@ -81,6 +83,21 @@ void BusConnection::unsubscribeAll()
         disconnect(subscription);
 }
 
+void BusConnection::unsubscribeFor(const QObject *receiver)
+{
+    std::vector<Subscription> ended;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto others = std::stable_partition(
+            m_subscriptions.begin(), m_subscriptions.end(),
+            [receiver](const Subscription &subscription) { return subscription.receiver != receiver; });
+        ended.assign(others, m_subscriptions.end());
+        m_subscriptions.erase(others, m_subscriptions.end());
+    }
+    for (const Subscription &subscription : ended)
+        disconnect(subscription);
+}
+
 void BusConnection::disconnect(const Subscription &subscription)
 {
     const Signal &signal = subscription.signal;
@@ -95,18 +112,22 @@ BusConnection::Claim BusConnection::claimName(const QString &name)
     const uint answer = reply.arguments().value(0).toUInt();
     if (reply.type() == QDBusMessage::ReplyMessage && (answer == PrimaryOwner || answer == AlreadyOwner))
         return Claim::Granted;
-    return isOpen() ? Claim::Refused : Claim::BusGone;
+    if (!isOpen())
+        return Claim::BusGone;
+    return answer == Exists ? Claim::Taken : Claim::NoAnswer;
 }
 
 void BusConnection::releaseName(const QString &name)
 {
-    // The answer is waited for, so that who asks for the name next gets it.
-    m_bus->call(busMethod(QStringLiteral("ReleaseName"), {name}), QDBus::Block,
-                static_cast<int>(NameLimit.count()));
+    if (!Ending::hasBegun()) // the bus takes the name back with the connection
+        m_bus->call(busMethod(QStringLiteral("ReleaseName"), {name}), QDBus::Block,
+                    static_cast<int>(ReleaseLimit.count()));
 }
 
 void BusConnection::flush(std::chrono::milliseconds limit)
 {
+    if (Ending::hasBegun())
+        return;
     // A connection keeps its order, so an answer means that what went before has arrived.
     m_bus->call(busMethod(QStringLiteral("GetId"), {}), QDBus::Block, static_cast<int>(limit.count()));
 }

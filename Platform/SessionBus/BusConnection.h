@@ -13,17 +13,15 @@
 #include <optional>
 #include <vector>
 
-/// The address of the session bus: $DBUS_SESSION_BUS_ADDRESS, or the socket of the user's runtime folder. None
-/// where there is neither; a bus is never started for the asking.
-[[nodiscard]] std::optional<QString> sessionBusAddress();
-
 /// A connection to the session bus that is nobody else's, closed when the last holder lets go. All calls may
 /// come from any thread.
 class BusConnection
 {
 public:
-    /// Connects, and greets the bus. Null when there is no bus.
+    /// Connects, and greets the bus. Null when there is no bus, or it gives no answer within a second.
     [[nodiscard]] static std::shared_ptr<BusConnection> open();
+    /// The same where the caller has just found the bus to answer.
+    [[nodiscard]] static std::shared_ptr<BusConnection> openAnswering();
     ~BusConnection();
     BusConnection(const BusConnection &) = delete;
     BusConnection &operator=(const BusConnection &) = delete;
@@ -45,10 +43,18 @@ public:
     /// Ends every subscription. To be called before a receiver goes, and before the connection does: the
     /// closing of a connection looks, on a thread of the library, at the receivers it still has.
     void unsubscribeAll();
+    /// Those of one receiver.
+    void unsubscribeFor(const QObject *receiver);
 
     /// Takes the well-known name `name`, without waiting in line for it.
-    enum class Claim { Granted, Refused, BusGone };
+    enum class Claim {
+        Granted,
+        Taken,    ///< another connection has it
+        NoAnswer, ///< within the limit, or none that says so; it may yet be granted
+        BusGone,
+    };
     [[nodiscard]] Claim claimName(const QString &name);
+    /// Waits for a moment, so that who asks for the name next gets it; not while the process is ending.
     void releaseName(const QString &name);
 
     /// Returns when the bus has taken everything sent so far on this connection, or after `limit`.

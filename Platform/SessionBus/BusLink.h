@@ -8,8 +8,8 @@
 #include <mutex>
 
 /// Holds a connection to the session bus for as long as there is a bus: where none is there, or the one that
-/// was has gone, it tries again at a steady pace. While a connection stands nothing polls. Belongs to the
-/// thread that made it.
+/// was has gone, it tries again at a steady pace. While a connection stands nothing polls, and a bus that hangs
+/// holds up nobody. Belongs to the thread that made it.
 class BusLink : public QObject
 {
     Q_OBJECT
@@ -18,9 +18,9 @@ public:
     static constexpr std::chrono::milliseconds RetryPace{10'000};
 
     explicit BusLink(std::chrono::milliseconds retryPace = RetryPace);
-    ~BusLink() override { stop(); }
+    ~BusLink() override;
 
-    /// Makes the first attempt within the call.
+    /// Makes the first attempt within the call, unless the bus is withheld from this process.
     void start();
     /// Lets the connection go, with every subscription on it, and tries no more.
     void stop();
@@ -36,10 +36,15 @@ private Q_SLOTS:
     void busLost();
 
 private:
-    void connectToBus();
+    class Home;
+    void askAgain();
+    void takeAnswer(bool answers);
+    void connectTo(std::shared_ptr<BusConnection> made);
     void setConnection(std::shared_ptr<BusConnection> connection);
 
     QTimer m_retry;
+    bool m_wanted = false;
     mutable std::mutex m_mutex;
     std::shared_ptr<BusConnection> m_connection;
+    const std::shared_ptr<Home> m_home; // for the thread that asks whether the bus answers
 };

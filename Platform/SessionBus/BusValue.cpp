@@ -1,10 +1,14 @@
 #include "Platform/SessionBus/BusValue.h"
 
+#include "Platform/Limits.h"
+#include "Platform/MessageText.h"
+
 #include <QDBusArgument>
 #include <QDBusVariant>
 #include <QDateTime>
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace
@@ -35,6 +39,8 @@ public:
             return list(received.toList());
         case QMetaType::QVariantMap:
             return map(received.toMap());
+        case QMetaType::QString:
+            return shownPart(received.toString());
         default:
             return isSimple(received) ? received : QVariant();
         }
@@ -44,7 +50,6 @@ private:
     static bool isSimple(const QVariant &received)
     {
         switch (received.typeId()) {
-        case QMetaType::QString:
         case QMetaType::Bool:
         case QMetaType::UChar:
         case QMetaType::Short:
@@ -63,10 +68,14 @@ private:
 
     QVariant texts(const QStringList &received)
     {
-        m_left -= static_cast<int>(std::min<qsizetype>(received.size(), BusValue::MaxValues + 1));
-        if (m_left < 0 || m_form == TextArrays::AsStringList)
-            return received;
-        return QVariantList(received.cbegin(), received.cend());
+        m_left -= static_cast<int>(std::min<qsizetype>(received.size(), Limits::MessageValues + 1));
+        if (m_left < 0)
+            return {};
+        QStringList texts;
+        std::ranges::transform(received, std::back_inserter(texts), shownPart);
+        if (m_form == TextArrays::AsStringList)
+            return texts;
+        return QVariantList(texts.cbegin(), texts.cend());
     }
 
     QVariantList list(const QVariantList &received)
@@ -91,7 +100,7 @@ private:
     void insert(QVariantMap &plain, const QString &key, const QVariant &received)
     {
         if (const QVariant taken = value(received); taken.isValid())
-            plain.insert(key, taken);
+            plain.insert(shownPart(key), taken);
     }
 
     QVariant argument(const QDBusArgument &received)
@@ -143,7 +152,7 @@ private:
     }
 
     const TextArrays m_form;
-    int m_left = BusValue::MaxValues;
+    int m_left = static_cast<int>(Limits::MessageValues);
 };
 
 bool isListOfTexts(const QVariantList &list)

@@ -7,13 +7,10 @@
 /// Values between the forms of the session bus and the plain ones of the program.
 namespace BusValue
 {
-/// A received message that holds more values than this, those within others counted, is refused as a whole.
-constexpr int MaxValues = 100'000;
-
 /// What came from the bus, with every wrapping taken off at every depth: QString, bool, numbers, QByteArray,
 /// QStringList for an array of texts, QVariantList for any other array and for a structure, QVariantMap. A
-/// value that has no such form, such as a descriptor, is invalid in a list and absent from a map. None over the
-/// limit.
+/// value that has no such form, such as a descriptor, is invalid in a list and absent from a map. A text is cut
+/// at Limits::MessageTextUnits and MessageTextLines, never inside a character. None over the limit of values.
 [[nodiscard]] std::optional<QVariant> plain(const QVariant &received);
 
 /// As plain(), with a QVariantList in the place of every QStringList: the form that a dispatcher takes arrays

@@ -67,7 +67,7 @@ private Q_SLOTS:
         const auto found = m_observers.find(arguments.at(0).toString());
         if (!details || found == m_observers.end())
             return;
-        const QString object = arguments.at(1).toString();
+        const QString object = BusValue::plain(arguments.at(1)).value_or(QVariant()).toString();
         const QVariantMap userInfo = BusValue::notificationDetails(details->toMap());
         // A copy, weak: a handler may end observations, its own and those that come after it, or the whole
         // centre.

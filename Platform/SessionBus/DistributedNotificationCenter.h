@@ -40,6 +40,9 @@ public:
     /// True while there is a bus to post to. Any thread.
     [[nodiscard]] bool isConnected() const;
 
+    /// The link to the bus, for others in this process; it goes with the centre. Main thread only.
+    [[nodiscard]] BusLink &bus() { return m_link; }
+
 private:
     class Book;
     BusLink m_link;

@@ -7,6 +7,7 @@
 #include <QDBusError>
 #include <QDBusVirtualObject>
 #include <QEventLoop>
+#include <QTimer>
 
 #include <future>
 #include <map>
@@ -34,8 +35,9 @@ public:
     {
     }
 
-    /// The port's thread. Tells `opened` how the first attempt went, and serves until the port is closed.
-    void serve(std::promise<bool> &opened);
+    /// The port's thread. Tells `tried` when the first attempt has been made, and serves until the port is
+    /// closed.
+    void serve(std::promise<void> &tried);
     void close();
     [[nodiscard]] bool isClosed() const
     {
@@ -48,8 +50,10 @@ public:
         return !m_closed && m_connection && m_connection->isOpen();
     }
 
-    /// Registers object and name on a new connection. False when the name is another's, or the port was closed.
-    [[nodiscard]] bool attach(const std::shared_ptr<BusConnection> &connection, QDBusVirtualObject &object);
+    /// Registers object and name on a connection; nothing stays there when that fails.
+    enum class Attached { Yes, Closed, NotYet };
+    [[nodiscard]] Attached attach(const std::shared_ptr<BusConnection> &connection, QDBusVirtualObject &object);
+    void traceOnce(const QString &reason);
 
     void enterRegister();
     static void closeAll(const QString &name);
@@ -78,6 +82,7 @@ private:
     bool m_closed = false;
     std::shared_ptr<BusConnection> m_connection; // with object and name registered on it
     QEventLoop *m_loop = nullptr;                // of the port's thread, while it runs
+    QString m_traced;                            // the reason that was traced last; the port's thread only
 };
 
 /// The object that callers reach; lives on the port's thread.
@@ -151,40 +156,51 @@ bool NamedPort::Exported::isTrusted(const QString &caller, const QDBusConnection
 // ---- The port's thread
 // -------------------------------------------------------------------------------------------
 
-void NamedPort::State::serve(std::promise<bool> &opened)
+void NamedPort::State::serve(std::promise<void> &tried)
 {
     QEventLoop loop;
     Exported object(*this);
     BusLink link(settings.retryPace);
-    bool mayServe = true;
+    QTimer retry;
+    retry.setSingleShot(true);
+    retry.setInterval(settings.retryPace);
+    const auto attempt = [&] {
+        const auto connection = link.connection();
+        if (connection && attach(connection, object) == Attached::NotYet)
+            retry.start();
+    };
     QObject::connect(&link, &BusLink::connected, &object, [&] {
         object.forgetCallers();
-        mayServe = attach(link.connection(), object);
-        if (!mayServe)
-            loop.quit();
+        attempt();
     });
-    link.start();
+    QObject::connect(&retry, &QTimer::timeout, &object, attempt);
     {
         const std::lock_guard lock(m_mutex);
-        if (mayServe)
-            m_loop = &loop;
+        m_loop = &loop; // close() queues the end of the loop from now on
     }
-    opened.set_value(mayServe);
-    if (mayServe)
+    link.start();
+    tried.set_value();
+    if (!isClosed())
         loop.exec();
     close();
     const std::lock_guard lock(m_mutex);
     m_loop = nullptr;
 }
 
-bool NamedPort::State::attach(const std::shared_ptr<BusConnection> &connection, QDBusVirtualObject &object)
+NamedPort::State::Attached NamedPort::State::attach(const std::shared_ptr<BusConnection> &connection,
+                                                    QDBusVirtualObject &object)
 {
     // The object comes first: who finds the name must find it there.
     if (!connection->bus().registerVirtualObject(PortName::ObjectPath, &object, QDBusConnection::SingleNode))
-        return false;
+        return Attached::NotYet;
     const BusConnection::Claim claim = connection->claimName(busName);
-    if (claim == BusConnection::Claim::Refused)
-        return false;
+    if (claim == BusConnection::Claim::Taken || claim == BusConnection::Claim::NoAnswer) {
+        connection->bus().unregisterObject(PortName::ObjectPath);
+        traceOnce(claim == BusConnection::Claim::Taken ? QStringLiteral("another process has the name")
+                                                       : QStringLiteral("the session bus does not answer"));
+        return isClosed() ? Attached::Closed : Attached::NotYet;
+    }
+    m_traced.clear();
     std::shared_ptr<BusConnection> lost = connection;
     {
         const std::lock_guard lock(m_mutex);
@@ -194,7 +210,15 @@ bool NamedPort::State::attach(const std::shared_ptr<BusConnection> &connection, 
     // What is left over is the connection before this one, or this one where the port was closed meanwhile.
     if (lost)
         lost->bus().unregisterObject(PortName::ObjectPath);
-    return lost != connection;
+    return lost == connection ? Attached::Closed : Attached::Yes;
+}
+
+void NamedPort::State::traceOnce(const QString &reason)
+{
+    if (m_traced == reason)
+        return;
+    m_traced = reason;
+    settings.trace(reason);
 }
 
 // ---- Opening and closing
@@ -256,17 +280,16 @@ std::unique_ptr<NamedPort> NamedPort::open(const QString &name, Handler handler,
     const auto state = std::make_shared<State>(name, std::move(handler), settings);
     if (state->busName.isEmpty())
         return nullptr;
-    const auto opened = std::make_shared<std::promise<bool>>();
-    auto outcome = opened->get_future();
+    const auto tried = std::make_shared<std::promise<void>>();
+    const auto outcome = tried->get_future();
     state->enterRegister();
     try {
-        startWorkerThread("corvane-port", [state, opened] { state->serve(*opened); });
+        startWorkerThread("corvane-port", [state, tried] { state->serve(*tried); });
     } catch (const std::system_error &) {
         state->close();
         return nullptr;
     }
-    if (!outcome.get())
-        return nullptr;
+    (void)outcome.wait_for(OpenPatience);
     return std::unique_ptr<NamedPort>(new NamedPort(state));
 }
 

@@ -20,17 +20,22 @@ public:
     struct Settings {
         std::chrono::milliseconds retryPace = BusLink::RetryPace; ///< while there is no bus
         uid_t user = getuid();                                    ///< whose calls are taken; others are refused
+        /// Told, on the port's thread, why the name could not be had, once for each reason in a row.
+        std::function<void(const QString &reason)> trace = [](const QString &) {};
     };
 
-    /// Registers `name` and returns when callers can find it. Where there is no bus the port opens as soon as
-    /// one comes, and so it does again after one was lost. Null when the name is empty or no name for the bus,
-    /// when another process has it, or when the system refuses a thread.
+    /// Registers `name` and returns when callers can find it, or after OpenPatience. Where there is no bus,
+    /// where it doesn't answer, and while another process has the name, the port tries again at the retry pace,
+    /// and so it does after a bus was lost. Null when the name is empty or no name for the bus, or when the
+    /// system refuses a thread.
     [[nodiscard]] static std::unique_ptr<NamedPort> open(const QString &name, Handler handler,
                                                          Settings settings);
     [[nodiscard]] static std::unique_ptr<NamedPort> open(const QString &name, Handler handler)
     {
         return open(name, std::move(handler), Settings());
     }
+
+    static constexpr std::chrono::milliseconds OpenPatience{250};
 
     /// Closes the port. A handler that has begun still runs to its end; none begins any more.
     ~NamedPort();

@@ -56,6 +56,10 @@ Your account has been cancelled</translation>
         <translation>Cloud Drive: All files are synced</translation>
     </message>
     <message>
+        <source>%@ is already running, but it does not answer.</source>
+        <translation>%@ is already running, but it does not answer.</translation>
+    </message>
+    <message>
         <source> is up-to-date</source>
         <translation> is up-to-date</translation>
     </message>

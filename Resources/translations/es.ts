@@ -56,6 +56,10 @@ Su cuenta se ha cancelado</translation>
         <translation>Cloud Drive: Todos los archivos están sincronizados</translation>
     </message>
     <message>
+        <source>%@ is already running, but it does not answer.</source>
+        <translation>%@ ya se está ejecutando, pero no responde.</translation>
+    </message>
+    <message>
         <source> is up-to-date</source>
         <translation> está actualizado</translation>
     </message>

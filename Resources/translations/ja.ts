@@ -56,6 +56,10 @@ Your account has been cancelled</source>
         <translation>Cloud Drive: すべてのファイルが同期されています</translation>
     </message>
     <message>
+        <source>%@ is already running, but it does not answer.</source>
+        <translation>%@はすでに実行中ですが、応答がありません。</translation>
+    </message>
+    <message>
         <source> is up-to-date</source>
         <translation> は最新です</translation>
     </message>

@@ -4,72 +4,96 @@
 
 #include "Source/Controller/CorvaneMonitorController.h"
 
-#include "Extensions/TextFormat.h"
+#include "Messaging/MessageTypes.h"
 #include "Messaging/MonitorMessages.h"
 #include "Platform/Home.h"
+#include "Platform/Limits.h"
 #include "Platform/MainThread.h"
+#include "Platform/MessageText.h"
 #include "Platform/PropertyList.h"
+#include "Source/Controller/Later.h"
 #include "Source/Logger/QNLogger.h"
-#include "Utility/CVSingletonForBackup.h"
 #include "Utility/Language/LanguageManager.h"
 #include "Utility/Paths/ApplicationFilePath.h"
 #include "Utility/Paths/PathTable.h"
 #include "Utility/UserRecords.h"
 
-#include <QJsonDocument>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
 using Self = CorvaneMonitorController;
+
+namespace
+{
+std::optional<QString> signedInSyncFolder()
+{
+    const auto folders = PropertyList::readDictionary(pathValue("SyncFolderReferenceInfoPath"_L1, {}), nullptr,
+                                                      Limits::SharedListBytes);
+    const auto user = UserRecords::getLastLoggedInUser();
+    return folders && user ? PropertyList::textValue(*folders, user->toLower()) : std::nullopt;
+}
+} // namespace
 
 QString CorvaneMonitorController::getMessageForID(const QString &message) const
 {
     return MonitorMessages::getMessageForID(
         message, MonitorMessages::bundleTable(),
         {.localise = [](const QString &text) { return text.isEmpty() ? text : localized(text); },
-         .resolveSyncPath = [](const QString &tail) -> std::optional<QString> {
-             const auto folders =
-                 PropertyList::readDictionary(pathValue(QLatin1String("SyncFolderReferenceInfoPath"), {}));
-             const auto user = UserRecords::getLastLoggedInUser();
-             const auto folder =
-                 folders && user ? PropertyList::textValue(*folders, user->toLower()) : std::nullopt;
-             return folder ? std::optional(*folder + tail) : std::nullopt;
+         // The folder is looked up at most once a message, whose lines may all ask for it.
+         .resolveSyncPath = [folder = std::optional<std::optional<QString>>()](
+                                const QString &tail) mutable -> std::optional<QString> {
+             if (!folder)
+                 folder = signedInSyncFolder();
+             return *folder ? std::optional(**folder + tail) : std::nullopt;
          }});
+}
+
+/// Hands a message to the concern that owns the row.
+template<auto Owner, auto Operation>
+void Self::to(Self &self, const IpcMessage &message)
+{
+    (self.*Owner.*Operation)(message);
+}
+
+template<auto Operation>
+void Self::own(Self &self, const IpcMessage &message)
+{
+    (self.*Operation)(message);
 }
 
 /// The rows, in the order in which they are compared.
 const std::array<Self::DispatchRow, 29> Self::DispatchRows{{
-    {MessageTypes::ResetProfileUser, &Self::didReceiveResetProfileUser},
-    {MessageTypes::InProgressLog, &Self::didReceiveInProgressLog},
-    {MessageTypes::SetPermisson, &Self::didReceivePermission},
-    {MessageTypes::SetResumeState, &Self::didReceiveResumeState},
-    {MessageTypes::SetPauseState, &Self::didReceivePauseState},
-    {MessageTypes::OpenWindowforUpgrade, &Self::didReceiveShellCommand},
-    {MessageTypes::OpenWindowToViewFile, &Self::didReceiveShellCommand},
-    {MessageTypes::SetToolTip, &Self::didReceiveToolTip},
-    {SyncMessage::ReinitializationDone, &Self::didReceiveReinitializationDone},
-    {MessageTypes::ShowDesktopNotification, &Self::didReceiveDesktopNotification},
-    {MessageTypes::RemoteManage, &Self::didReceiveRemoteManage},
-    {SyncMessage::QuotaRecalculated, &Self::didReceiveQuotaRecalculated},
-    {SyncMessage::QuotaExceeded, &Self::didReceiveSyncQuotaExceeded},
-    {SyncMessage::QuotaFull, &Self::didReceiveSyncQuotaFull},
-    {SyncMessage::Unlinked, &Self::didReceiveUnlinked},
-    {SyncMessage::StatusLine, &Self::didReceiveSyncLine},
-    {SyncMessage::FolderDeleted, &Self::didReceiveFolderDeleted},
-    {SyncMessage::SelectiveSyncModified, &Self::didReceiveSelectiveSyncModified},
-    {SyncMessage::SelectiveSyncView, &Self::didReceiveSelectiveSyncView},
-    {SyncMessage::Echo, &Self::didReceiveEcho},
-    {SyncMessage::FolderPathMayChange, &Self::didReceiveFolderPathMayChange},
-    {SyncMessage::PasswordChanged, &Self::didReceivePasswordChanged},
-    {SyncMessage::PauseStateChanged, &Self::didReceivePauseStateChanged},
-    {SyncMessage::PauseOrResume, &Self::didReceivePauseOrResumeSync},
-    {MessageTypes::logoutOnMachineDelete, &Self::didReceiveMachineDeleted},
-    {MessageTypes::UpdateLoginItem, &Self::didReceiveLoginItemChange},
-    {MessageTypes::FDAMessage, &Self::didReceiveFullDiskAccess},
-    {MessageTypes::AutoUpdate, &Self::didReceiveAutoUpdate},
-    {SyncMessage::PushNote, &Self::didReceivePushNote},
+    {MessageTypes::ResetProfileUser, own<&Self::didReceiveResetProfileUser>},
+    {MessageTypes::InProgressLog, own<&Self::didReceiveInProgressLog>},
+    {MessageTypes::SetPermisson, own<&Self::didReceivePermission>},
+    {MessageTypes::SetResumeState, own<&Self::didReceiveResumeState>},
+    {MessageTypes::SetPauseState, own<&Self::didReceivePauseState>},
+    {MessageTypes::OpenWindowforUpgrade, own<&Self::didReceiveShellCommand>},
+    {MessageTypes::OpenWindowToViewFile, own<&Self::didReceiveShellCommand>},
+    {MessageTypes::SetToolTip, own<&Self::didReceiveToolTip>},
+    {SyncMessage::ReinitializationDone, to<&Self::m_sync, &SyncControl::didReceiveReinitializationDone>},
+    {MessageTypes::ShowDesktopNotification, to<&Self::m_notes, &DesktopNotes::didReceiveDesktopNotification>},
+    {MessageTypes::RemoteManage, own<&Self::didReceiveRemoteManage>},
+    {SyncMessage::QuotaRecalculated, to<&Self::m_sync, &SyncControl::didReceiveQuotaRecalculated>},
+    {SyncMessage::QuotaExceeded, to<&Self::m_sync, &SyncControl::didReceiveSyncQuotaExceeded>},
+    {SyncMessage::QuotaFull, to<&Self::m_sync, &SyncControl::didReceiveSyncQuotaFull>},
+    {SyncMessage::Unlinked, to<&Self::m_sync, &SyncControl::didReceiveUnlinked>},
+    {SyncMessage::StatusLine, to<&Self::m_sync, &SyncControl::didReceiveSyncLine>},
+    {SyncMessage::FolderDeleted, to<&Self::m_sync, &SyncControl::didReceiveFolderDeleted>},
+    {SyncMessage::SelectiveSyncModified, to<&Self::m_sync, &SyncControl::didReceiveSelectiveSyncModified>},
+    {SyncMessage::SelectiveSyncView, to<&Self::m_sync, &SyncControl::didReceiveSelectiveSyncView>},
+    {SyncMessage::Echo, to<&Self::m_sync, &SyncControl::didReceiveEcho>},
+    {SyncMessage::FolderPathMayChange, to<&Self::m_sync, &SyncControl::didReceiveFolderPathMayChange>},
+    {SyncMessage::PasswordChanged, to<&Self::m_sync, &SyncControl::didReceivePasswordChanged>},
+    {SyncMessage::PauseStateChanged, to<&Self::m_sync, &SyncControl::didReceivePauseStateChanged>},
+    {SyncMessage::PauseOrResume, to<&Self::m_sync, &SyncControl::didReceivePauseOrResumeSync>},
+    {MessageTypes::logoutOnMachineDelete, to<&Self::m_sync, &SyncControl::didReceiveMachineDeleted>},
+    {MessageTypes::UpdateLoginItem, own<&Self::didReceiveLoginItemChange>},
+    {MessageTypes::FDAMessage, own<&Self::didReceiveFullDiskAccess>},
+    {MessageTypes::AutoUpdate, own<&Self::didReceiveAutoUpdate>},
+    {SyncMessage::PushNote, own<&Self::didReceivePushNote>},
 }};
 
 void CorvaneMonitorController::didReceiveIPCMessage(const QVariantList &message, Origin origin)
@@ -82,13 +106,13 @@ void CorvaneMonitorController::didReceiveIPCMessage(const QVariantList &message,
 void CorvaneMonitorController::dispatch(const QVariantList &array, Origin origin)
 {
     const QString first = array.value(0).toString();
-    if (!array.isEmpty() && first == pathValue(QLatin1String("updateBandwidthMacInUseValue")))
-        return progressView().updateBandwidthMacInUseValueReceivedFromRM();
+    if (!array.isEmpty() && first == pathValue("updateBandwidthMacInUseValue"_L1))
+        return m_reports.updateBandwidth();
     const QString text = getMessageForID(first);
     if (text == u"Progress")
-        return didReceiveOlderProgress(array);
+        return m_reports.didReceiveOlderProgress(array);
     if (text == u"Shutdown") {
-        QNLogger::logMonitorTrace(QStringLiteral("----- ShutDown timer alert -------"));
+        QNLogger::logMonitorTrace(u"----- ShutDown timer alert -------"_s);
         return later("showShutdownPopup");
     }
     actOnId(first, array);
@@ -99,7 +123,7 @@ void CorvaneMonitorController::dispatch(const QVariantList &array, Origin origin
     const int number = MessageTypes::numberOf(message.second, text);
     const auto row = std::ranges::find(DispatchRows, number, &DispatchRow::number);
     if (row != DispatchRows.end())
-        (this->*row->action)(message);
+        row->act(*this, message);
 }
 
 void CorvaneMonitorController::actOnId(const QString &id, const QVariantList &array)
@@ -107,46 +131,40 @@ void CorvaneMonitorController::actOnId(const QString &id, const QVariantList &ar
     if (id == u"T1019") {
         later("enableUnlinkStatusAndPostNotification");
     } else if (id == u"N1037") {
-        QNLogger::logMonitorTrace(QStringLiteral("Notify DisableSync : ") + describe(array));
-        m_notifications.post(QStringLiteral("accountResetFromWeb"));
-        disableSync();
+        QNLogger::logMonitorTrace(u"Notify DisableSync : "_s + IpcMessage::describe(array));
+        m_notifications.post(u"accountResetFromWeb"_s);
+        m_sync.disableSync();
     } else if (id == u"N1012") {
-        QNLogger::logMonitorTrace(QStringLiteral("Notify Password Changed : ") + describe(array));
-        syncPasswordChanged();
+        QNLogger::logMonitorTrace(u"Notify Password Changed : "_s + IpcMessage::describe(array));
+        m_sync.syncPasswordChanged();
     }
 }
 
-QString CorvaneMonitorController::describe(const QVariantList &array)
+void CorvaneMonitorController::didReceiveResetProfileUser(const IpcMessage &)
 {
-    constexpr qsizetype LongestTrace = 2000; // a trace file holds half a megabyte in all
-    return QString::fromUtf8(QJsonDocument::fromVariant(array).toJson(QJsonDocument::Compact))
-        .left(LongestTrace);
-}
-
-void CorvaneMonitorController::didReceiveResetProfileUser(const IpcMessage &message)
-{
-    profileUser = message.second.toMap();
+    later("takeProfileUser");
 }
 
 void CorvaneMonitorController::didReceiveInProgressLog(const IpcMessage &)
 {
-    m_menu.apply(MenuItem::ShowProgress, {.enabled = true});
+    later("displayLogs");
+    menu().apply(MenuItem::ShowProgress, {.enabled = true});
 }
 
 void CorvaneMonitorController::didReceivePermission(const IpcMessage &)
 {
-    m_notifications.post(pathValue(QLatin1String("gotPermissionInfo")));
+    m_notifications.post(pathValue("gotPermissionInfo"_L1));
 }
 
 void CorvaneMonitorController::didReceiveResumeState(const IpcMessage &)
 {
-    progressView().SCpauseresume(CVScheduleProgressViewController::ResumeTag);
+    m_reports.resume();
 }
 
 void CorvaneMonitorController::didReceivePauseState(const IpcMessage &)
 {
     if (!isScheduledBackupPaused())
-        progressView().SCpauseresume(CVScheduleProgressViewController::PauseTag);
+        m_reports.pause();
 }
 
 void CorvaneMonitorController::didReceiveShellCommand(const IpcMessage &message)
@@ -158,66 +176,36 @@ void CorvaneMonitorController::didReceiveShellCommand(const IpcMessage &message)
         std::ranges::all_of(words, [](const QVariant &word) { return word.typeId() == QMetaType::QString; });
     if (!onlyTexts)
         return;
-    const auto port = m_portFile.read(pathValue(QLatin1String("TCPPortFile"), {}));
-    if (message.origin != Origin::BackupDaemon || !port ||
-        !m_desktop.isListenerTrusted(static_cast<quint16>(*port))) {
-        QNLogger::logMonitorTrace(
-            QStringLiteral("A command was not run: whoever sent it is neither root's daemon nor this user's"));
-        return;
-    }
-    m_desktop.runShell(message.second.toStringList().join(u' '));
+    const QString notRun = u"A command was not run: "_s;
+    if (const auto reason = m_daemon.reasonToRefuse(message.origin == Origin::BackupDaemon))
+        m_daemon.refuse(notRun + *reason);
+    else if (!m_desktop.runShell(message.second.toStringList().join(u' ')))
+        m_daemon.refuse(notRun + u"too many wait or run already, or the system refused it"_s);
 }
 
 void CorvaneMonitorController::didReceiveToolTip(const IpcMessage &message)
 {
-    if (const auto tip = PropertyList::textValue(message.data(), QStringLiteral("message")))
-        setStatusMenuToolTip(localized(*tip), std::nullopt);
-}
-
-void CorvaneMonitorController::didReceiveDesktopNotification(const IpcMessage &message)
-{
-    if (!message.hasData())
-        return;
-    const QVariantMap data = message.data();
-    if (const auto log = PropertyList::textValue(data, QStringLiteral("SessionLogPath")))
-        mSessionLogScheduledBackup = *log;
-    shouldNotShowDesktopNotif = data.size() == 1 && data.contains(QStringLiteral("SyncStatus"));
-    if (!shouldNotShowDesktopNotif)
-        dictFordesktopNotif = data;
-    const QString error = PropertyList::textValue(data, QStringLiteral("ErrorMessage")).value_or(QString());
-    if (error.contains(QLatin1String("Device deleted from account"))) {
-        CVSingletonForBackup::shared().scheduleBackupRunning = false;
-        corvaneDaemonTooltip = QString();
-        setButtonToolTip(QString());
-    }
-    if (mIsSyncEnabled.value_or(false) && syncDaemonTooltip)
-        dictFordesktopNotif.insert(QStringLiteral("SyncStatus"), *syncDaemonTooltip);
-    if (shouldNotShowDesktopNotif)
-        return;
-    currentScheduledItemForJob = schedulerController.nextScheduledItem();
-    later("displayDesktopNotfn");
+    if (const auto tip = PropertyList::textValue(message.data(), u"message"_s))
+        m_board.setStatusMenuToolTip(localized(shownPart(*tip)), std::nullopt);
 }
 
 void CorvaneMonitorController::didReceiveRemoteManage(const IpcMessage &message)
 {
-    const auto channel = PropertyList::textValue(message.data(), QStringLiteral("ChannelType"));
-    const bool someoneIsSignedIn = !mPreviouslyLoggedInUser.value_or(QString()).isEmpty();
-    if (channel == QStringLiteral("remoteInstall") && !isupdaterunning) {
-        QNLogger::logMonitorTrace(QStringLiteral("remote install condition IPC"));
-        QNLogger::logMonitorTrace(QStringLiteral("remote install if condition"));
+    const auto channel = PropertyList::textValue(message.data(), u"ChannelType"_s);
+    if (!m_account.isSignedIn())
+        return;
+    const bool someoneIsSignedIn = !m_account.shownUser().isEmpty();
+    if (channel == u"remoteInstall"_s && !m_updater.isUpdateRunning()) {
+        QNLogger::logMonitorTrace(u"remote install condition IPC"_s);
+        QNLogger::logMonitorTrace(u"remote install if condition"_s);
         later("checkforupdatewithscript");
-    } else if (channel == QStringLiteral("updateprogress")) {
+    } else if (channel == u"updateprogress"_s) {
         later("showUpdateInProgress");
-    } else if (channel == QStringLiteral("StartStop") && someoneIsSignedIn) {
+    } else if (channel == u"StartStop"_s && someoneIsSignedIn) {
         later("writeWebManagementState");
-    } else if (channel == QStringLiteral("DeleteLog") && someoneIsSignedIn) {
+    } else if (channel == u"DeleteLog"_s && someoneIsSignedIn) {
         later("deleteLog");
     }
-}
-
-void CorvaneMonitorController::didReceiveMachineDeleted(const IpcMessage &)
-{
-    disableSync();
 }
 
 void CorvaneMonitorController::didReceiveLoginItemChange(const IpcMessage &)
@@ -232,23 +220,22 @@ void CorvaneMonitorController::didReceiveFullDiskAccess(const IpcMessage &)
 
 void CorvaneMonitorController::didReceiveAutoUpdate(const IpcMessage &)
 {
-    startAutoUpdateFromDaemon = true;
-    performAutoUpdateWithoutDateCheck();
+    m_updater.performAutoUpdateWithoutDateCheck();
 }
 
 void CorvaneMonitorController::didReceivePushNote(const IpcMessage &message)
 {
     constexpr int InProcessState = 28;
-    const QString path = standardizedPath(formatted(
-        ApplicationFilePath(InProcessState).path().value_or(QString()), {homeDirectory(), signedInUser()}));
-    QNLogger::logMonitorTrace(QStringLiteral("Notify path: ") + path);
+    const QString path = accountPath(ApplicationFilePath(InProcessState).path().value_or(QString()),
+                                     {homeDirectory(), m_account.signedInUser()});
+    QNLogger::logMonitorTrace(u"Notify path: "_s + path);
     const auto state = PropertyList::readDictionary(path);
-    const auto notify = state ? PropertyList::textValue(*state, QStringLiteral("Notify")) : std::nullopt;
-    if (notify == QStringLiteral("0") || notify == QStringLiteral("1"))
-        QNLogger::logMonitorTrace(QStringLiteral("Notify value == ") + *notify);
-    if (notify != QStringLiteral("1"))
+    const auto notify = state ? PropertyList::textValue(*state, u"Notify"_s) : std::nullopt;
+    if (notify == u"0"_s || notify == u"1"_s)
+        QNLogger::logMonitorTrace(u"Notify value == "_s + *notify);
+    if (notify != u"1"_s)
         return;
-    QNLogger::logMonitorTrace(QStringLiteral("Notification message received"));
+    QNLogger::logMonitorTrace(u"Notification message received"_s);
     if (message.second.typeId() == QMetaType::QString)
         std::printf("Received notification message = %s\n", message.second.toString().toUtf8().constData());
     later("showDesktopPushNotification");

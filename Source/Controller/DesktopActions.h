@@ -12,7 +12,7 @@
 struct DesktopActions {
     std::function<bool()> isDark = [] { return false; };        ///< the panel
     std::function<bool()> isDesktopDark = [] { return false; }; ///< the windows
-    /// Whether the panel can be seen at all.
+    /// Whether a panel has the status item.
     std::function<bool()> panelIsVisible = [] { return true; };
     /// Shows a text at the status item for a moment.
     std::function<void(const QString &text)> showPopover = [](const QString &) {};
@@ -43,8 +43,6 @@ struct DesktopActions {
     std::function<std::optional<QString>()> relaunch = []() -> std::optional<QString> { return std::nullopt; };
     /// Ends the program with status 0.
     std::function<void()> quit = [] {};
-    /// Runs a shell command and doesn't wait for it.
-    std::function<void(const QString &command)> runShell = [](const QString &) {};
-    /// Whether whoever listens at that port of this machine may have shell commands run.
-    std::function<bool(quint16 port)> isListenerTrusted = [](quint16) { return false; };
+    /// Runs a shell command, now or after those before it, and doesn't wait for it; false when it is refused.
+    std::function<bool(const QString &command)> runShell = [](const QString &) { return false; };
 };

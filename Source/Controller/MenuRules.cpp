@@ -40,15 +40,12 @@ void setJobSwitch(MenuState &menu, const ScheduleMenu &jobs)
 void disableWithoutUser(MenuState &menu)
 {
     menu[MenuItem::Scheduler].enabled = false;
-    menu[MenuItem::Protection].enabled = false;
     menu[MenuItem::RemoteManagement].enabled = false;
 }
 
 void setRemoteManagement(MenuState &menu, const RemoteManagement &remote)
 {
     menu[MenuItem::RemoteManagement].enabled = remote.hasUser;
-    if (remote.hasUser && remote.mobileOnly)
-        setText(menu, MenuItem::RemoteManagement, Texts::enableWebAccess);
 }
 
 void setSignedIn(MenuState &menu, const MenuInputs &in)
@@ -67,8 +64,8 @@ void enableProgress(MenuState &menu, bool enabled)
 
 void setProgress(MenuState &menu, const MenuInputs &in)
 {
-    // The main application shows the progress itself while it runs.
-    enableProgress(menu, in.operationRuns && !in.mainApplicationRuns);
+    // The main application shows the progress itself while it runs, but not to somebody who is signed out.
+    enableProgress(menu, in.operationRuns && (!in.mainApplicationRuns || !in.recordPresent));
 }
 
 /// The companion says how the backup stands, also while there is nothing to open.
@@ -96,21 +93,20 @@ void setSyncStatusLine(MenuItemChange &item, const std::optional<QString> &statu
             line.size() > LongestStatusLine ? line.left(LongestStatusLine) + QStringLiteral("...") : line;
 }
 
-void setJobTitlesAtStart(MenuState &menu, const MenuInputs &in)
+void setPauseItem(MenuState &menu, const MenuInputs &in)
 {
-    setText(menu, MenuItem::StopJob, Texts::stopScheduledJob);
-    switch (scheduleSwitch(in.switchText)) {
-    case ScheduleSwitch::JobPaused:
+    if (in.runningJobPaused) {
         setText(menu, MenuItem::PauseJob, Texts::resumeScheduleJob, Texts::backupPausedTooltip);
-        break;
-    case ScheduleSwitch::Disabled:
-        setText(menu, MenuItem::SwitchJobs, Texts::enableScheudleJobs);
-        break;
-    case ScheduleSwitch::Enabled:
+    } else {
         setText(menu, MenuItem::PauseJob, Texts::pauseScheduleJob);
         menu[MenuItem::PauseJob].toolTip = in.appFullName;
-        break;
     }
+}
+
+QString webAccessTitle(const RemoteManagement &remote)
+{
+    const bool switchedOff = remote.word == QStringLiteral("0") || (remote.hasUser && remote.mobileOnly);
+    return switchedOff ? Texts::enableWebAccess : Texts::disableWebAccess;
 }
 } // namespace
 
@@ -135,12 +131,9 @@ void setJobItems(MenuState &menu, RunningJob job)
     menu[MenuItem::SwitchJobs].enabled = job == RunningJob::None;
 }
 
-void setEngineItems(MenuState &menu, bool engineUser, bool thinClient)
+void setEngineItems(MenuState &menu, bool engineUser)
 {
-    const bool mayProtect = engineUser && !thinClient;
     menu[MenuItem::RemoteManagement].hidden = !engineUser;
-    menu[MenuItem::Protection].hidden = !mayProtect;
-    menu[MenuItem::Protection].enabled = mayProtect;
     if (engineUser)
         menu[MenuItem::Separator6].hidden = false;
 }
@@ -148,7 +141,6 @@ void setEngineItems(MenuState &menu, bool engineUser, bool thinClient)
 void setMenuItems(MenuState &menu, bool thinClient, bool followsPolling)
 {
     menu[MenuItem::RemoteManagement].hidden = thinClient || !followsPolling;
-    menu[MenuItem::Protection].hidden = thinClient;
 }
 
 void setProtectionTick(MenuState &menu, const std::optional<QString> &protectionWord)
@@ -164,19 +156,17 @@ MenuState protectionAfterSettings(bool listPresent, const std::optional<QString>
     return menu;
 }
 
-void replaceProtection(MenuState &menu, const MenuInputs &in)
+void setProtection(MenuState &menu, const MenuInputs &in)
 {
-    if (in.dedup != QStringLiteral("on"))
-        return;
     MenuItemChange &item = menu[MenuItem::Protection];
     item = {};
     item.present = in.engineUser && !in.thinClient;
     if (!*item.present)
         return;
     item.title = Texts::cdp.text();
-    item.enabled = true;
+    item.enabled = in.recordPresent;
     item.hidden = false;
-    setProtectionTick(menu, in.protectionWord); // a new item has no tick of an earlier pass to keep
+    setProtectionTick(menu, in.protectionWord);
 }
 
 std::optional<bool> setAccountItems(MenuState &menu, const std::optional<QString> &accountType,
@@ -260,7 +250,6 @@ MenuRefresh atStart(const MenuInputs &in)
         setText(menu, MenuItem::RemoteManagement, Texts::disableWebAccess);
     } else {
         menu[MenuItem::Separator6].hidden = true;
-        menu[MenuItem::Protection].hidden = true;
         menu[MenuItem::RemoteManagement].hidden = true;
     }
 
@@ -268,8 +257,11 @@ MenuRefresh atStart(const MenuInputs &in)
         disableWithoutUser(menu);
     out.isSubAccount = setAccountItems(menu, in.accountType, in.partnerPlan);
     setRemoteManagement(menu, in.remote);
-    setProtectionTick(menu, in.protectionWord);
-    setJobTitlesAtStart(menu, in);
+    setProtection(menu, in);
+    setText(menu, MenuItem::StopJob, Texts::stopScheduledJob);
+    if (scheduleSwitch(in.switchText) == ScheduleSwitch::Disabled)
+        setText(menu, MenuItem::SwitchJobs, Texts::enableScheudleJobs);
+    setPauseItem(menu, in);
     setBackupLine(menu, in);
     menu[MenuItem::RecentlyModified].hidden = true; // until the list of the sync daemon fills it
     setCloudDriveItems(menu, in.cloudDrive, in.thinClient);
@@ -281,20 +273,18 @@ MenuRefresh atOpening(const MenuInputs &in)
     MenuRefresh out;
     MenuState &menu = out.items;
     setCloudDriveItems(menu, in.cloudDrive, in.thinClient);
-    setText(menu, MenuItem::RemoteManagement, Texts::disableWebAccess);
     setSignedIn(menu, in);
     setProgress(menu, in);
     setBackupLine(menu, in);
-    setProtectionTick(menu, in.protectionWord);
     menu[MenuItem::Spare].hidden = true;
     out.isSubAccount = setAccountItems(menu, in.accountType, in.partnerPlan);
-    setEngineItems(menu, in.engineUser, in.thinClient);
+    setEngineItems(menu, in.engineUser);
     setMenuItems(menu, in.thinClient, in.followsPolling);
-    replaceProtection(menu, in);
+    setProtection(menu, in);
     setCompanionOfWindow(menu, in);
     setJobItems(menu, in.runningJob);
-    const bool switchedOff = in.remote.word == QStringLiteral("0");
-    setText(menu, MenuItem::RemoteManagement, switchedOff ? Texts::enableWebAccess : Texts::disableWebAccess);
+    setPauseItem(menu, in);
+    menu[MenuItem::RemoteManagement].title = webAccessTitle(in.remote);
     return out;
 }
 
@@ -303,15 +293,15 @@ MenuRefresh atSignIn(const MenuInputs &in)
     MenuRefresh out;
     MenuState &menu = out.items;
     setSignedIn(menu, in);
-    setText(menu, MenuItem::RemoteManagement, Texts::disableWebAccess);
+    menu[MenuItem::RemoteManagement].title = webAccessTitle(in.remote);
     setProgress(menu, in);
     out.closesProgressWindow = menu[MenuItem::ShowProgress].enabled == false;
     setBackupLine(menu, in);
     setCloudDriveItems(menu, in.cloudDrive, in.thinClient);
-    setProtectionTick(menu, in.protectionWord);
     menu[MenuItem::Spare].hidden = true;
     out.isSubAccount = setAccountItems(menu, in.accountType, in.partnerPlan);
-    setEngineItems(menu, in.engineUser, in.thinClient);
+    setEngineItems(menu, in.engineUser);
+    setProtection(menu, in);
     return out;
 }
 } // namespace MenuRules

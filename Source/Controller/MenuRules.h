@@ -44,6 +44,7 @@ struct MenuInputs {
     std::optional<QString> protectionWord; ///< `Enabled` of the continuous protection list
     std::optional<QString> switchText;     ///< the scheduler status text; none when it cannot be read
     RunningJob runningJob = RunningJob::None;
+    bool runningJobPaused = false;
     bool operationRuns = false; ///< any operation, for the account of the record
     bool mainApplicationRuns = false;
     bool scheduleBackupRunning = false; ///< the progress view's own flag
@@ -80,11 +81,12 @@ struct MenuRefresh {
 /// What can be done to the running job, and to all jobs while none runs.
 void setJobItems(MenuState &menu, RunningJob job);
 /// The items of an account on the storage engine.
-void setEngineItems(MenuState &menu, bool engineUser, bool thinClient);
-/// Hides both features on a thin client; remote management also where the account does not poll.
+void setEngineItems(MenuState &menu, bool engineUser);
+/// Hides remote management on a thin client, and where the account does not poll.
 void setMenuItems(MenuState &menu, bool thinClient, bool followsPolling);
-/// A deduplicating account has the protection item made anew, and only where it may have one.
-void replaceProtection(MenuState &menu, const MenuInputs &in);
+/// The protection item stands exactly for an engine account that is no thin client, whoever was signed in
+/// before.
+void setProtection(MenuState &menu, const MenuInputs &in);
 /// The tick of continuous protection; only "1" is on.
 void setProtectionTick(MenuState &menu, const std::optional<QString> &protectionWord);
 /// The same after changed settings: a list that is missing leaves the tick.

@@ -20,6 +20,9 @@ Tip interactiveTip(std::optional<ProgressType> type)
 
 Tip scheduledTip(std::optional<ProgressType> type, bool jobInProgress, bool jobPaused)
 {
+    // What the window makes of these is told once, by what it asks of the status item.
+    if (type == ProgressType::Paused || type == ProgressType::Resumed || type == ProgressType::Complete)
+        return Tip::Keep;
     if (type == ProgressType::Started || (jobInProgress && !jobPaused))
         return Tip::ScheduledProgress;
     return jobPaused ? Tip::ScheduledPaused : Tip::Keep;

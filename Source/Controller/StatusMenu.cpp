@@ -1,5 +1,8 @@
 #include "Source/Controller/StatusMenu.h"
 
+#include "Platform/DisplayLine.h"
+#include "Platform/Limits.h"
+
 #include <algorithm>
 #include <iterator>
 #include <span>
@@ -102,6 +105,12 @@ std::span<const Row> rowsBelow(std::optional<MenuItem> holder)
         return cloudDriveRows;
     return {};
 }
+
+/// Names and lines in titles come from outside, in any length and with anything in them.
+QString fitTitle(const QString &title)
+{
+    return DisplayLine::singleLine(DisplayLine::bounded(title, Limits::MenuTitleUnits));
+}
 } // namespace
 
 StatusMenu::StatusMenu(std::function<void(MenuAction)> clicked) : m_clicked(std::move(clicked))
@@ -165,12 +174,13 @@ void StatusMenu::set(Entry &entry, const MenuItemChange &change)
 {
     entry.present = change.present.value_or(entry.present);
     if (entry.present) {
-        if (change.title && *change.title != entry.title) {
-            entry.title = *change.title;
+        const auto title = change.title ? std::optional(fitTitle(*change.title)) : std::nullopt;
+        if (title && *title != entry.title) {
+            entry.title = *title;
             entry.action->setText(actionText(entry.title));
         }
         if (change.toolTip)
-            entry.action->setToolTip(*change.toolTip);
+            entry.action->setToolTip(DisplayLine::plainTip(*change.toolTip));
         if (change.enabled)
             entry.action->setEnabled(*change.enabled);
         entry.hidden = change.hidden.value_or(entry.hidden);

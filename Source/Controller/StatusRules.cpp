@@ -3,6 +3,7 @@
 #include "Extensions/TextCoding.h"
 #include "Extensions/TextFormat.h"
 #include "Utility/Language/CVAppLocalization.h"
+#include "Utility/Language/LanguageManager.h"
 
 #include <cmath>
 
@@ -33,42 +34,31 @@ bool isQuotaAtLimit(const QVariantMap &quotaDetails)
 {
     constexpr double Mebibyte = 1024.0 * 1024.0;
     constexpr double SmallestFreeSpace = 10;
-    const double total = quotaFigure(quotaDetails.value(QStringLiteral("TOTALQUOTASIZE"))) * Mebibyte;
-    const double used = quotaFigure(quotaDetails.value(QStringLiteral("USEDQUOTASIZE"))) * Mebibyte;
-    return std::round(total - used) <= SmallestFreeSpace;
+    const QVariant total = quotaDetails.value(QStringLiteral("TOTALQUOTASIZE"));
+    const QVariant used = quotaDetails.value(QStringLiteral("USEDQUOTASIZE"));
+    if (!total.isValid() || !used.isValid())
+        return false;
+    return std::round((quotaFigure(total) - quotaFigure(used)) * Mebibyte) <= SmallestFreeSpace;
 }
 
-bool mayPromptUpgrade(bool atLimit, bool isBusiness, const std::optional<QString> &accountType, bool isPartner)
+bool mayPromptUpgrade(bool atLimit, bool planNeverWarns, const std::optional<QString> &accountType,
+                      bool isPartner)
 {
-    return atLimit && !isBusiness && accountType == QStringLiteral("false") && !isPartner;
+    return atLimit && !planNeverWarns && accountType == QStringLiteral("false") && !isPartner;
 }
 
-bool isFinalSyncLine(const QString &line)
+bool isRestingSyncLine(const QString &line)
 {
     return line.isEmpty() || line == allFilesUpToDateTooltip || line == pausedTooltip ||
            line == syncAccCancelTooltip || line == noInternetTooltip ||
-           line.startsWith(youHaveExceededTooltip.text());
+           line.startsWith(youHaveExceededPrefixTooltip.text());
 }
 
-namespace
+QString syncLine(QString text)
 {
-/// What the two questions below have in common: a lost network is final after one certain line.
-bool isFinalAfter(const QString &line, const std::optional<QString> &previousLine, const LocalizedText &before)
-{
-    return line.isEmpty() || line == allFilesUpToDateTooltip || line == pausedTooltip ||
-           line == syncAccCancelTooltip || line.startsWith(youHaveExceededPrefixTooltip.text()) ||
-           (line == noInternetTooltip && previousLine == before.text());
-}
-} // namespace
-
-bool isRestingSyncLine(const QString &line, const std::optional<QString> &previousLine)
-{
-    return isFinalAfter(line, previousLine, noInternetTooltip);
-}
-
-bool isFinalForQuotaPass(const QString &line, const std::optional<QString> &previousLine)
-{
-    return isFinalAfter(line, previousLine, allFilesUpToDateTooltip);
+    if (text.endsWith(u'\n'))
+        text.chop(1);
+    return text.isEmpty() ? text : localized(text);
 }
 
 SyncLineOutcome takeSyncLine(const SyncLineInputs &in)
@@ -100,26 +90,13 @@ SyncLineOutcome takeSyncLine(const SyncLineInputs &in)
 NormalIcon normalIcon(const NormalIconInputs &in)
 {
     NormalIcon out;
-    if (in.syncLine && in.hasAnimators && isRestingSyncLine(*in.syncLine, in.previousSyncLine)) {
-        out.stopAnimation = true;
-        out.picture = in.scheduledBackupPaused ? Picture::Pause : Picture::App;
-        out.showPausedTip = in.scheduledBackupPaused;
-        return out;
-    }
-    bool animationRuns = in.syncAnimationRuns;
-    if (!in.syncEnabled) {
-        out.clearAnimatingFlag = true;
-        out.stopAnimation = true;
-        animationRuns = false;
-    }
-    if (animationRuns)
+    const bool rests = in.syncLine && in.hasAnimators && isRestingSyncLine(*in.syncLine);
+    out.stopAnimation = rests || !in.syncEnabled;
+    out.clearAnimatingFlag = !rests && !in.syncEnabled;
+    if (in.syncAnimationRuns && !out.stopAnimation)
         return out; // its next frame would wipe away whatever were shown here
-    if (!in.scheduledPauseTest) {
-        out.picture = Picture::App;
-    } else if (!in.syncEntryOn) {
-        out.picture = Picture::Pause;
-        out.showPausedTip = true;
-    }
+    out.picture = in.jobPaused ? Picture::Pause : Picture::App;
+    out.showPausedTip = in.jobPaused;
     return out;
 }
 
@@ -127,7 +104,7 @@ SyncActivity syncActivity(const std::optional<QString> &syncLine, bool syncEnabl
 {
     if (!syncLine)
         return SyncActivity::Nothing;
-    if (!syncEnabled || isFinalSyncLine(*syncLine))
+    if (!syncEnabled || isRestingSyncLine(*syncLine))
         return SyncActivity::Settle;
     return animatingFlag ? SyncActivity::Nothing : SyncActivity::Animate;
 }

@@ -26,22 +26,21 @@ enum class Picture {
 
 /// A stored figure in mebibytes: coded text, or a number as it stands. What doesn't parse counts as 0.
 [[nodiscard]] double quotaFigure(const QVariant &stored);
-/// Whether the free space, rounded to whole bytes, is 10 or less.
+/// Whether the free space, rounded to whole bytes, is 10 or less; not where a figure is missing.
 [[nodiscard]] bool isQuotaAtLimit(const QVariantMap &quotaDetails);
 /// Whether an account at its limit is told to upgrade: only the owner of an account of the product's own plans
 /// is.
-[[nodiscard]] bool mayPromptUpgrade(bool atLimit, bool isBusiness, const std::optional<QString> &accountType,
-                                    bool isPartner);
+[[nodiscard]] bool mayPromptUpgrade(bool atLimit, bool planNeverWarns,
+                                    const std::optional<QString> &accountType, bool isPartner);
 
 // --- Sync lines ----------------------------------------------------------------------------------------------
 
 /// A sync status line after which nothing is going on, so that the icon doesn't move.
-[[nodiscard]] bool isFinalSyncLine(const QString &line);
-/// The same question as the evaluation of the normal icon asks it: a lost network is final only when it was
-/// already lost before.
-[[nodiscard]] bool isRestingSyncLine(const QString &line, const std::optional<QString> &previousLine);
-/// And as the quota pass asks it: a lost network is final when all files were up to date before.
-[[nodiscard]] bool isFinalForQuotaPass(const QString &line, const std::optional<QString> &previousLine);
+[[nodiscard]] bool isRestingSyncLine(const QString &line);
+/// The sync status line behind the text of a message, as it is compared, kept, stored and shown: without the
+/// line feed that ends the text of an id, and in the language of the program where the daemon sent plain
+/// English.
+[[nodiscard]] QString syncLine(QString text);
 
 /// What a sync status line does to the lines that are kept.
 struct SyncLines {
@@ -67,13 +66,10 @@ struct SyncLineOutcome {
 
 struct NormalIconInputs {
     std::optional<QString> syncLine;
-    std::optional<QString> previousSyncLine;
     bool hasAnimators = false;
     bool syncEnabled = false;
-    bool syncEntryOn = false; ///< the account's entry in the sync state list
     bool syncAnimationRuns = false;
-    bool scheduledPauseTest = false;    ///< the running job's pause marker, or "2" in the switch file
-    bool scheduledBackupPaused = false; ///< the running job's pause marker alone
+    bool jobPaused = false; ///< a scheduled job runs, and is paused
 };
 struct NormalIcon {
     Picture picture = Picture::Keep;

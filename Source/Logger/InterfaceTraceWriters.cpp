@@ -1,7 +1,6 @@
 #include "Source/Logger/InterfaceTraceWriters.h"
 
 #include "Platform/Home.h"
-#include "Source/Logger/TraceFile.h"
 #include "Source/Logger/TraceLine.h"
 #include "Utility/Paths/PathTable.h"
 
@@ -9,8 +8,10 @@ void InterfaceTraceBuffer::writeOut(bool flush)
 {
     const QString path = standardizedPath(pathValue(QLatin1String("AppInterfaceTraceFilePath")));
     if (!m_messages.isEmpty() && (flush || m_messages.size() >= LargestBuffer)) {
-        TraceFile::append(path, m_messages);
-        m_messages.clear();
+        if (m_file.append(path, m_messages))
+            m_messages.clear();
+        else // until there is room again; the newest tell most
+            m_messages = m_messages.right(MostKept);
     } else {
         TraceFile::clearLogs(path);
     }

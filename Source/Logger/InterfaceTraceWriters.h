@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/DispatchQueue.h"
+#include "Source/Logger/TraceFile.h"
 
 #include <QString>
 
@@ -11,6 +12,7 @@ class InterfaceTraceBuffer
 public:
     /// This many characters go to the file even when nobody asks for a flush.
     static constexpr qsizetype LargestBuffer = 51'200;
+    static constexpr qsizetype MostKept = 2 * LargestBuffer; ///< of what can't be written
 
     explicit InterfaceTraceBuffer(std::string queueLabel) : m_queue(std::move(queueLabel)) {}
 
@@ -24,6 +26,7 @@ protected:
 private:
     DispatchQueue m_queue;
     QString m_messages;
+    TraceFile m_file;
 };
 
 /// Sorting of logs, command runs, daemon sends, full disk access, credentials.

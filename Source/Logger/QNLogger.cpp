@@ -5,13 +5,15 @@
 #include "Source/Logger/TraceLine.h"
 #include "Utility/Paths/PathTable.h"
 
-void QNLogger::logMonitorTrace(const std::optional<QString> &message)
+bool QNLogger::logMonitorTrace(const std::optional<QString> &message)
 {
     const QString path = standardizedPath(pathValue(QLatin1String("MonitorTraceFilePath")));
     if (!message) {
         TraceFile::clearLogs(path);
-        return;
+        return false;
     }
     const QString line = TraceLine::timestamp() + QStringLiteral(" : ") + *message + QStringLiteral(" \n");
-    TraceFile::append(path, TraceLine::namingThisProduct(line));
+    // Never destroyed: threads may trace until the very end of the process.
+    static auto &file = *new TraceFile;
+    return file.append(path, TraceLine::namingThisProduct(line));
 }

@@ -3,6 +3,7 @@
 #include "Classes/AlertPanel/AlertLabel.h"
 #include "Classes/AlertPanel/AlertPaneWindowController.h"
 #include "Classes/AlertPanel/CVAlertCenterWindow.h"
+#include "Tests/Support/ForEachRow.h"
 #include "Tests/Support/PrintQt.h"
 #include "Tests/WaitUntil.h"
 
@@ -11,8 +12,6 @@
 #include <QScrollArea>
 #include <QTest>
 #include <QTimer>
-
-#include <gtest/gtest.h>
 
 /// Alerts in a program whose desktop is told to be light or dark and whose browser writes down what it opens.
 class AlertFixture : public testing::Test, public AlertPaneWindowControllerDelegateProtocol, public AlertRole
@@ -26,21 +25,18 @@ protected:
     /// The one alert on the screen.
     static CVAlertCenterWindow *shown()
     {
-        CVAlertCenterWindow *found = nullptr;
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (auto *window = dynamic_cast<CVAlertCenterWindow *>(widget); window && window->isVisible()) {
-                EXPECT_EQ(found, nullptr) << "one alert at a time";
-                found = window;
-            }
-        }
-        return found;
+        QList<CVAlertCenterWindow *> found;
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            if (auto *window = dynamic_cast<CVAlertCenterWindow *>(widget); window && window->isVisible())
+                found.append(window);
+        EXPECT_LE(found.size(), 1) << "one alert at a time";
+        return found.value(0);
     }
 
     template<class Widget>
     static Widget *outlet(const char *name)
     {
-        CVAlertCenterWindow *window = shown();
-        return window ? window->findChild<Widget *>(QLatin1String(name)) : nullptr;
+        return shown() ? shown()->findChild<Widget *>(QLatin1String(name)) : nullptr;
     }
     static QPushButton *button(const char *name) { return outlet<QPushButton>(name); }
 

@@ -4,15 +4,19 @@
 #include <QAccessible>
 #include <QScrollBar>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// Before the first sentence is asked for: the sentences of a process keep their language.
 class Japanese : public testing::Environment
 {
-    void SetUp() override { LocalizedBundle::main().forceLanguage(QStringLiteral("ja")); }
+    void SetUp() override { LocalizedBundle::main().forceLanguage(u"ja"_s); }
 };
 [[maybe_unused]] const testing::Environment *const japanese =
     testing::AddGlobalTestEnvironment(new Japanese); // owned by the test program
+
+const QString english = u"Warning! Backup operations will not work without these permissions. Learn more"_s;
 } // namespace
 
 class AlertWindow : public AlertFixture
@@ -21,7 +25,12 @@ protected:
     /// An alert on the screen that isn't modal.
     void show(const std::optional<QString> &message, const std::optional<QString> &title = {})
     {
-        alert = Alert::withdefaultButton(surroundings, yes, no);
+        show(Alert::withdefaultButton(surroundings, yes, no), message, title);
+    }
+    void show(std::unique_ptr<Alert> made, const std::optional<QString> &message,
+              const std::optional<QString> &title = {})
+    {
+        alert = std::move(made);
         alert->displayMessage(message, title, false);
         alert->showWindow();
     }
@@ -43,39 +52,35 @@ protected:
 
 TEST_F(AlertWindow, ItsHeightFollowsTheLineCountAndItNeverCutsATextOrWidens)
 {
-    show(QString(), QStringLiteral("Title"));
+    show(QString(), u"Title"_s);
     const QSize base = shown()->size();
-    const struct {
-        const char *name;
-        QString message;
-        int extra; ///< -1: more than the line count asks for
-    } rows[] = {
-        {"short", QStringLiteral("a"), 0},
-        {"two lines", QString(17, u'x') + QStringLiteral(" abcdefg").repeated(11), 0},
-        {"the rule's two", QStringLiteral("abcde fghi").repeated(14), 18},
-        {"the rule's five", QStringLiteral("abcde fghi").repeated(35), 72},
-        {"short lines that the rule doesn't count", QStringLiteral("a\n").repeated(12), -1},
+    constexpr int More = -1; // than the line count asks for
+    const Row<QString, int> rows[] = {
+        {"short", u"a"_s, 0},
+        {"two lines", QString(17, u'x') + u" abcdefg"_s.repeated(11), 0},
+        {"the rule's two", u"abcde fghi"_s.repeated(14), 18},
+        {"the rule's five", u"abcde fghi"_s.repeated(35), 72},
+        {"short lines that the rule doesn't count", u"a\n"_s.repeated(12), More},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        show(row.message, QStringLiteral("Title"));
+    forEachRow(rows, [&](const auto &row) {
+        show(row.given, u"Title"_s);
         EXPECT_EQ(shown()->width(), base.width());
-        if (row.extra >= 0)
-            EXPECT_EQ(shown()->height(), base.height() + row.extra);
+        if (row.expected != More)
+            EXPECT_EQ(shown()->height(), base.height() + row.expected);
         else
             EXPECT_GT(shown()->height(), base.height() + 12 * 18 - 64);
         expectNothingIsCut();
-    }
+    });
 }
 
 TEST_F(AlertWindow, HostileTextIsPlainBoundedAndScrolls)
 {
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    show(QStringLiteral("<h1>x</h1>\u202E") + QString(10'000'000, u'A'), QString(100'000, u'M'));
+    show(u"<h1>x</h1>\u202E"_s + QString(10'000'000, u'A'), QString(100'000, u'M'));
     EXPECT_TRUE(screen.contains(shown()->geometry()));
     expectNothingIsCut();
     auto *message = outlet<AlertLabel>("mMessageString");
-    EXPECT_TRUE(message->text().startsWith(QStringLiteral("<h1>x</h1>AAA")));
+    EXPECT_TRUE(message->text().startsWith(u"<h1>x</h1>AAA"_s));
     EXPECT_EQ(message->text().size(), 20'001);
     EXPECT_EQ(message->textFormat(), Qt::PlainText);
     QScrollBar *bar = outlet<QScrollArea>("messageArea")->verticalScrollBar();
@@ -86,21 +91,16 @@ TEST_F(AlertWindow, HostileTextIsPlainBoundedAndScrolls)
 
 TEST_F(AlertWindow, ButtonsWithoutATitleAreAwayAndTheOthersSayTheirs)
 {
-    alert = Alert::withdefaultButton(surroundings, QStringLiteral("Save & close"), QString(), other);
-    alert->displayMessage(text, {}, false);
-    alert->showWindow();
+    show(Alert::withdefaultButton(surroundings, u"Save & close"_s, QString(), other), text);
     EXPECT_FALSE(button("mCancelButton")->isVisible());
     alert->buttonClicked(button("mCancelButton"));
     EXPECT_NE(shown(), nullptr) << "its number can't be returned";
-    EXPECT_EQ(button("mOkButton")->text(), QStringLiteral("Save && close"));
-    EXPECT_EQ(button("mOkButton")->accessibleName(), QStringLiteral("Save & close"));
+    EXPECT_EQ(button("mOkButton")->text(), u"Save && close"_s);
+    EXPECT_EQ(button("mOkButton")->accessibleName(), u"Save & close"_s);
     const int narrow = button("mOkButton")->width();
     EXPECT_GT(button("mOkButton")->x(), button("mOtherButton")->x());
 
-    alert = Alert::withdefaultButton(surroundings, QStringLiteral("Save everything & close"), no,
-                                     QString(500, u'W'));
-    alert->displayMessage(text, {}, false);
-    alert->showWindow();
+    show(Alert::withdefaultButton(surroundings, u"Save everything & close"_s, no, QString(500, u'W')), text);
     EXPECT_GT(button("mOkButton")->width(), narrow);
     EXPECT_LT(button("mOtherButton")->width(), 320);
     expectNothingIsCut();
@@ -126,46 +126,36 @@ TEST_F(AlertWindow, StandsInTheMiddleOfTheScreenAndFollowsTheDesktopsColours)
     show(text);
     const QPoint middle = QGuiApplication::primaryScreen()->availableGeometry().center();
     EXPECT_LE((shown()->geometry().center() - middle).manhattanLength(), 2);
-    EXPECT_EQ(shown()->windowTitle(), QStringLiteral("Corvane"));
-    const auto isDark = [] {
+    EXPECT_EQ(shown()->windowTitle(), u"Corvane"_s);
+    const auto looksDark = [] {
         const QPalette colours = outlet<AlertLabel>("mMessageString")->palette();
         return colours.color(QPalette::Window).lightness() < colours.color(QPalette::WindowText).lightness();
     };
-    EXPECT_FALSE(isDark());
+    EXPECT_FALSE(looksDark());
     shown()->close();
     dark = true;
     Alert::refreshColours();
     alert->showWindow();
-    EXPECT_TRUE(isDark()) << "it had the look of its first showing";
+    EXPECT_TRUE(looksDark()) << "it had the look of its first showing";
     dark = false;
     Alert::refreshColours();
-    EXPECT_FALSE(isDark());
-    dark = true;
-    Alert::refreshColours();
-    EXPECT_TRUE(isDark());
+    EXPECT_FALSE(looksDark());
 }
 
 TEST_F(AlertWindow, OnlyTheSentenceAboutPermissionsHasALink)
 {
-    const QString english =
-        QStringLiteral("Warning! Backup operations will not work without these permissions. Learn more");
-    const struct {
-        const char *name;
-        QString message;
-        bool isLink;
-    } rows[] = {
+    const Row<QString, bool> rows[] = {
         {"English", english, true},
-        {"Japanese", QStringLiteral("警告: これらの権限がないとバックアップは実行できません。詳細"), true},
+        {"Japanese", u"警告: これらの権限がないとバックアップは実行できません。詳細"_s, true},
         {"a blank more", english + u' ', false},
-        {"the phrase alone", QStringLiteral("Learn more"), false},
-        {"markup", QStringLiteral("<a href=\"https://x.example\">Learn more</a>"), false},
+        {"the phrase alone", u"Learn more"_s, false},
+        {"markup", u"<a href=\"https://x.example\">Learn more</a>"_s, false},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        show(row.message);
+    forEachRow(rows, [this](const auto &row) {
+        show(row.given);
         auto *message = outlet<AlertLabel>("mMessageString");
-        EXPECT_EQ(message->textFormat() == Qt::RichText, row.isLink);
-        EXPECT_EQ(QAccessible::queryAccessibleInterface(message)->text(QAccessible::Name), row.message);
+        EXPECT_EQ(message->textFormat() == Qt::RichText, row.expected);
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(message)->text(QAccessible::Name), row.given);
         expectNothingIsCut();
 
         opened.clear();
@@ -175,16 +165,17 @@ TEST_F(AlertWindow, OnlyTheSentenceAboutPermissionsHasALink)
             for (int y = 2; y < message->height() && opened.isEmpty(); y += 4)
                 QTest::mouseClick(message, Qt::LeftButton, {}, QPoint(x, y));
         }
-        EXPECT_EQ(opened, row.isLink ? QList<QUrl>{QUrl(QStringLiteral(
-                                           "https://www.corvane.example/online-backup-mac-faq#pre-authorize"))}
-                                     : QList<QUrl>());
+        EXPECT_EQ(opened,
+                  row.expected
+                      ? QList<QUrl>{QUrl(u"https://www.corvane.example/online-backup-mac-faq#pre-authorize"_s)}
+                      : QList<QUrl>());
         EXPECT_NE(shown(), nullptr);
-    }
+    });
 }
 
 TEST_F(AlertWindow, TheLinkIsReachedByTheKeyboard)
 {
-    show(QStringLiteral("Warning! Backup operations will not work without these permissions. Learn more"));
+    show(english);
     ASSERT_TRUE(waitUntil([] { return shown()->isActiveWindow(); }));
     for (int i = 0; i < 4 && shown()->focusWidget() != outlet<AlertLabel>("mMessageString"); ++i)
         press(Qt::Key_Tab);

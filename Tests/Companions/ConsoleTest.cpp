@@ -1,185 +1,131 @@
-#include "Companions/Common/PropertyList.h"
+// The console on scripts of its own: a tale must fail where what it expects does not come, and leave nothing
+// behind.
+
+#include "Tests/Support/ForEachRow.h"
+#include "Tests/WaitUntil.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
+using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A console with its companions in a home of its own, run on a script.
 class ConsoleTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        const QString own = m_home.path();
-        QVariantMap table;
-        for (const char *key :
-             {"TCPPortFile", "LastUserLoginDetailsFilePath", "SchedulerSettingsFile", "CurrentJobs",
-              "SchedulerStatusInfoPath", "ApplicationStatusPath", "SyncStateFilePath", "DeamonPreferencePath"})
-            table.insert(QString::fromLatin1(key), QString(QStringLiteral("~/") + QString::fromLatin1(key)));
-        for (const char *key :
-             {"LoginDetailsFilePath", "UserDetailsPath", "UserInfoPath", "AccountTypeFilePath",
-              "AccountPlanFilePath", "TqlUserDetails", "BandwidthThrottleFilePathForTql"})
-            table.insert(QString::fromLatin1(key), QString(QStringLiteral("~/%@/") + QString::fromLatin1(key)));
-        table.insert(QStringLiteral("ApplicationFullName"), QStringLiteral("Corvane"));
-        table.insert(QStringLiteral("RemoteManageInfoPath"), QStringLiteral("%@/remote"));
-        ASSERT_TRUE(writePropertyList(own + QStringLiteral("/table.plist"), table));
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("HOME"), own);
-        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
-                           QStringLiteral("unix:path=/nonexistent"));
+        environment.insert(u"HOME"_s, m_home.path());
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
         m_console.setProcessEnvironment(environment);
         m_console.setProcessChannelMode(QProcess::MergedChannels);
     }
-    void start(const QByteArray &script, const QString &monitor = QStringLiteral("/nonexistent/monitor"))
+    void start(const QByteArray &script, const char *monitor = "/nonexistent/monitor")
     {
-        ASSERT_TRUE(writeWholeFile(m_home.filePath(QStringLiteral("script")), script));
+        m_output.clear();
+        QFile file(m_home.filePath(u"script"_s));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(script) == script.size());
+        file.close();
         m_console.start(QStringLiteral(CORVANE_CONSOLE),
-                        {QStringLiteral("--table"), m_home.filePath(QStringLiteral("table.plist")),
-                         QStringLiteral("--monitor"), monitor, QStringLiteral("--script"),
-                         m_home.filePath(QStringLiteral("script"))});
-        ASSERT_TRUE(m_console.waitForStarted());
+                        {u"--monitor"_s, QString::fromLatin1(monitor), u"--script"_s, file.fileName()});
     }
-    /// The exit status; -1 when the console does not end.
-    [[nodiscard]] int run(const QByteArray &script,
-                          const QString &monitor = QStringLiteral("/nonexistent/monitor"))
+    /// The exit status; -1 when the console does not end. Nothing of its home runs then.
+    [[nodiscard]] int ends()
     {
-        start(script, monitor);
         if (!m_console.waitForFinished(30'000))
             return -1;
-        m_output += QString::fromUtf8(m_console.readAll());
+        m_output += m_console.readAll();
+        EXPECT_FALSE(anyProcessRuns());
         return m_console.exitCode();
     }
-    [[nodiscard]] bool printsSoon(const QString &text)
+    [[nodiscard]] bool anyProcessRuns() const
     {
-        QElapsedTimer timer;
-        timer.start();
-        while (!m_output.contains(text) && timer.elapsed() < 20'000) {
-            m_console.waitForReadyRead(100);
-            m_output += QString::fromUtf8(m_console.readAll());
+        for (const QString &entry : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
+            QFile environment(u"/proc/%1/environ"_s.arg(entry));
+            if (environment.open(QIODevice::ReadOnly) &&
+                environment.readAll().contains("HOME=" + m_home.path().toUtf8()))
+                return true;
         }
-        return m_output.contains(text);
+        return false;
     }
 
     QTemporaryDir m_home;
     QProcess m_console;
-    QString m_output;
+    QByteArray m_output;
 };
-
-bool anyProcessUses(const QString &home)
-{
-    for (const QString &entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
-        QFile environment(QStringLiteral("/proc/%1/environ").arg(entry));
-        if (environment.open(QIODevice::ReadOnly) && environment.readAll().contains("HOME=" + home.toUtf8()))
-            return true;
-    }
-    return false;
-}
 } // namespace
 
-TEST_F(ConsoleTest, RunsAScriptAndLeavesNoProgramBehind)
+TEST_F(ConsoleTest, ATaleStopsAtItsFirstFailure)
 {
-    EXPECT_EQ(run("application start\nsign in ana@example.com\nschedule demo\n# a comment\n\ndaemon start\n"
-                  "job 60\npause\nhelp\ndaemon crash\ndaemon start\nclients\ndaemon stop\n"),
-              0)
-        << m_output.toStdString();
-    EXPECT_TRUE(m_output.contains(QStringLiteral("> clients\nok 0\n"))) << m_output.toStdString();
-    EXPECT_FALSE(anyProcessUses(m_home.path()));
-    // The second daemon has put right what the first one left.
-    EXPECT_EQ(readTextFile(m_home.filePath(QStringLiteral("SchedulerStatusInfoPath"))), QStringLiteral("1"));
+    const char *const none = "/nonexistent/monitor";
+    const struct {
+        const char *name, *script, *says, *monitor;
+    } rows[] = {
+        {"unknown command", "frobnicate\n", "unknown command: frobnicate", none},
+        {"program not running", "pause\n", "daemon is not running", none},
+        {"no such program", "monitor start\n", "cannot start /nonexistent/monitor", none},
+        {"refused by the application", "application start\nquota 1\n", "needs a signed-in account", none},
+        {"refused by the daemon", "daemon start\njob\n", "nobody is signed in", none},
+        {"no status item", "expect tooltip Corvane 0\n", "there is no status item", none},
+        {"no menu", "expect menu Status 0\n", "there is no menu", none},
+        {"no menu, so nothing is missing in it", "expect no menu Status 0\n", "there is no menu", none},
+        {"nothing known to expect", "expect rain\n", "what should be expected?", none},
+        {"file not in the table", "expect file Nowhere x 0\n", "the path table has no such file", none},
+        {"application not in front", "application away\n", "the application is not in front", none},
+        {"no window", "expect window 0\n", "the windows are: none", none},
+        {"another state", "daemon start\nexpect job paused 0\n", "the job is: none", none},
+        {"what the daemon has not said", "daemon start\nexpect daemon hello 0\n", "it has said:", none},
+        {"a bad end", "monitor start\nexpect monitor ended 2\n", "the monitor ended with 1", "/bin/false"},
+        {"no end", "monitor start\nexpect monitor ended 0\n", "the monitor is running", "/bin/cat"},
+        {"an end by a signal", "monitor start\nmonitor signal TERM\nexpect monitor ended 2\n",
+         "the monitor ended with no exit status", "/bin/cat"},
+    };
+    forEachRow(rows, [this](const auto &row) {
+        start(QByteArray(row.script) + "wait 0\n", row.monitor);
+        EXPECT_EQ(ends(), 1);
+        EXPECT_TRUE(m_output.contains(row.says)) << m_output.constData();
+        EXPECT_TRUE(m_output.contains("\nerror ")) << m_output.constData();
+        EXPECT_FALSE(m_output.contains("> wait"));
+    });
 }
 
-TEST_F(ConsoleTest, ScriptStopsAtTheFirstFailure)
+TEST_F(ConsoleTest, ATaleThatHoldsEndsWell)
 {
     const struct {
-        const char *name;
-        const char *script;
-        const char *says;
+        const char *name, *script;
     } rows[] = {
-        {"unknown command", "frobnicate\nwait 0\n", "error unknown command: frobnicate"},
-        {"program not running", "pause\nwait 0\n", "error daemon is not running"},
-        {"no such program", "monitor start\nwait 0\n", "error cannot start /nonexistent/monitor"},
-        {"refused by a companion", "application start\nquota 1\nwait 0\n", "error needs a signed-in account"},
-        {"no status item", "expect tooltip Corvane 0\nwait 0\n", "error there is no status item"},
-        {"no menu", "expect menu Status 0\nwait 0\n", "error there is no menu"},
-        {"no menu, so nothing is missing in it", "expect no menu Status 0\nwait 0\n", "error there is no menu"},
-        {"nothing known to expect", "expect rain\nwait 0\n", "error what should be expected?"},
-        {"file not in the table", "expect file Nowhere x 0\nwait 0\n", "error the path table has no such file"},
-        {"application not in front", "application away\nwait 0\n", "error the application is not in front"},
-        {"no monitor to signal", "monitor signal TERM\nwait 0\n", "error monitor is not running"},
-        {"no window", "expect window 0\nwait 0\n", "error the windows are: none"},
-        {"no window to picture", "picture window x\nwait 0\n", "error the monitor shows no window"},
-        {"no key", "key --clearmodifiers\nwait 0\n", "error needs names of keys"},
-        {"no daemon to ask", "expect job none 0\nwait 0\n", "error daemon is not running"},
-        {"another state", "daemon start\nexpect job paused 0\nwait 0\n", "error the job is: none"},
-        {"what the daemon has not said", "daemon start\nexpect daemon hello 0\nwait 0\n",
-         "error since the last one it has said:"},
-        {"no monitor to be second to", "monitor again\nwait 0\n", "error monitor is not running"},
+        {"a good end of the monitor", "monitor start\nexpect monitor ended 20\n"},
+        {"what the daemon says and does, each answer to its own command",
+         "application start\nsign in ana@example.com\nschedule demo\n# a comment\n\ndaemon start\n"
+         "expect job none\nprepare 600\njob 60\nexpect job preparing\nexpect daemon bandwidth now 75 %\npause\n"
+         "expect job paused\nresume\nprepare 0\nexpect job running\nexpect no daemon job stopped\nstop\n"
+         "expect job none\nexpect daemon job stopped\nexpect no daemon bandwidth\n"},
+        {"a job that ends by itself",
+         "application start\nsign in ana@example.com\nschedule demo\ndaemon start\n"
+         "prepare 0\njob 1\nexpect daemon job completed\nexpect job none\n"},
+        {"the state of a daemon that died",
+         "application start\nsign in ana@example.com\nschedule demo\n"
+         "daemon start\njob 60\npause\nexpect file SchedulerStatusInfoPath \"2\"\n"
+         "daemon crash\ndaemon start\nexpect job none\n"
+         "expect file SchedulerStatusInfoPath \"1\"\n"},
+        {"the application in front",
+         "application front\nexpect application\napplication away\napplication front\n"},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        m_output.clear();
-        EXPECT_EQ(run(row.script), 1);
-        EXPECT_TRUE(m_output.contains(QString::fromLatin1(row.says))) << m_output.toStdString();
-        EXPECT_FALSE(m_output.contains(QStringLiteral("> wait")));
-    }
-}
-
-TEST_F(ConsoleTest, AsksForTheDaemonsLinesAndStateInTheirOrder)
-{
-    EXPECT_EQ(
-        run("application start\nsign in ana@example.com\nschedule demo\ndaemon start\nexpect job none\n"
-            "prepare 600\njob 60\nexpect job preparing\nexpect daemon bandwidth now 75 %\npause\n"
-            "expect job paused\nresume\nprepare 0\nexpect job running\nexpect no daemon job stopped\nstop\n"
-            "expect job none\nclients\nexpect daemon job stopped\nexpect no daemon bandwidth\n"),
-        0)
-        << m_output.toStdString();
-    // Each answer went to the command that asked for it.
-    EXPECT_TRUE(m_output.contains(QStringLiteral("> clients\nok 0\n"))) << m_output.toStdString();
-}
-
-TEST_F(ConsoleTest, TellsHowTheMonitorEnded)
-{
-    const struct {
-        const char *name, *monitor, *script;
-        int status;
-        const char *says;
-    } rows[] = {
-        {"well", "/bin/true", "monitor start\nexpect monitor ended 20\n", 0, "> expect monitor ended 20\nok"},
-        {"badly", "/bin/false", "monitor start\nexpect monitor ended 2\n", 1, "error the monitor ended with 1"},
-        {"by a signal", "/bin/cat", "monitor start\nmonitor signal TERM\nexpect monitor ended 2\n", 1,
-         "error the monitor ended with no exit status"},
-        {"not at all", "/bin/cat", "monitor start\nexpect monitor ended 0\n", 1,
-         "error the monitor is running"},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        m_output.clear();
-        EXPECT_EQ(run(row.script, QString::fromLatin1(row.monitor)), row.status);
-        EXPECT_TRUE(m_output.contains(QString::fromLatin1(row.says))) << m_output.toStdString();
-        EXPECT_FALSE(anyProcessUses(m_home.path()));
-    }
-}
-
-TEST_F(ConsoleTest, ApplicationInFrontIsSeenToRunUntilItGoes)
-{
-    EXPECT_EQ(run("application front\nexpect application\napplication away\napplication front\n"), 0)
-        << m_output.toStdString();
-    EXPECT_FALSE(anyProcessUses(m_home.path()));
+    forEachRow(rows, [this](const auto &row) {
+        start(QByteArray(row.script) + "help\n", "/bin/true");
+        EXPECT_EQ(ends(), 0) << m_output.constData();
+    });
 }
 
 TEST_F(ConsoleTest, TerminationEndsItsProgramsToo)
 {
     start("application start\ndaemon start\nwait 600\n");
-    ASSERT_TRUE(printsSoon(QStringLiteral("> wait 600")));
-    EXPECT_TRUE(anyProcessUses(m_home.path()));
+    ASSERT_TRUE(waitUntil([this] { return (m_output += m_console.readAll()).contains("> wait 600"); }));
+    EXPECT_TRUE(anyProcessRuns());
     m_console.terminate();
-    ASSERT_TRUE(m_console.waitForFinished(30'000));
-    EXPECT_EQ(m_console.exitCode(), 130);
-    EXPECT_FALSE(anyProcessUses(m_home.path()));
+    EXPECT_EQ(ends(), 130);
 }

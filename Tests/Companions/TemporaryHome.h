@@ -2,10 +2,9 @@
 
 #include "Companions/Common/PathTable.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 
-/// A home folder of its own for one test, with a path table as the product's is made.
+/// A home folder of its own for one test, and the product's path table in it. There is no session bus.
 class TemporaryHome
 {
 public:
@@ -16,26 +15,7 @@ public:
     }
     ~TemporaryHome() { qputenv("HOME", m_oldHome); }
 
-    [[nodiscard]] QString file(const QString &name) const { return m_folder.filePath(name); }
-
-    [[nodiscard]] static PathTable table()
-    {
-        const auto entry = [](const char *key, const char *value) {
-            return std::pair(QString::fromLatin1(key), QVariant(QString::fromLatin1(value)));
-        };
-        return PathTable(QVariantMap(
-            {entry("TCPPortFile", "~/port.plist"), entry("LastUserLoginDetailsFilePath", "~/record.plist"),
-             entry("LoginDetailsFilePath", "~/%@/login.plist"), entry("UserDetailsPath", "~/%@/details.plist"),
-             entry("UserInfoPath", "~/%@/info.plist"), entry("AccountTypeFilePath", "~/%@/type.txt"),
-             entry("AccountPlanFilePath", "~/%@/plan.txt"), entry("TqlUserDetails", "~/%@/tql"),
-             entry("RemoteManageInfoPath", "%@/remote.plist"), entry("SyncStateFilePath", "~/sync.plist"),
-             entry("SchedulerSettingsFile", "~/schedules.plist"),
-             entry("SchedulerStatusInfoPath", "~/status.txt"), entry("CurrentJobs", "~/jobs.plist"),
-             entry("ApplicationStatusPath", "~/application.plist"),
-             entry("DeamonPreferencePath", "~/preferences.plist"),
-             entry("updateBandwidthMacInUseValue", "BandwidthChanged"),
-             entry("BandwidthThrottleFilePathForTql", "~/%@/throttle/limit.txt")}));
-    }
+    const PathTable table = PathTable::load({}).value_or(PathTable({}));
 
 private:
     QTemporaryDir m_folder;

@@ -1,101 +1,37 @@
 #include "Tests/Controller/MonitorFixture.h"
 #include "Utility/QNUtility.h"
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
+using ControllerTest = MonitorFixture;
 
-namespace
-{
-class ControllerTest : public MonitorFixture
-{
-};
-} // namespace
-
-TEST_F(ControllerTest, AJobFromItsStartToItsEnd)
+TEST_F(ControllerTest, TheItemStandsBeforeAnythingElseOfTheStart)
 {
     start();
-    EXPECT_EQ(item.toolTip(), next);
-    EXPECT_EQ(item.imageName(), u"menu_app"_s);
+    ASSERT_TRUE(item.imageWhenShown);
+    EXPECT_EQ(*item.imageWhenShown, item.images.value(0));
+    EXPECT_EQ(item.toolTipsWhenShown, 0) << "texts are worked out later";
     EXPECT_EQ(ping, uR"({"data":{"corvaneUserName":"mona","profileName":"%1"},"type":"PingFromMonitor"})"_s
                         .arg(*consoleUser())
                         .toUtf8());
-
-    setJob(1);
-    report(0);
-    ASSERT_TRUE(showsSoon(running));
-
-    setPaused(true);
-    report(4);
-    ASSERT_TRUE(showsSoon(paused));
-    EXPECT_EQ(item.imageName(), u"menu_pause"_s);
-    EXPECT_EQ(switchText(), u"2"_s);
-
-    setPaused(false);
-    report(5);
-    report(1);
-    ASSERT_TRUE(showsSoon(running));
-    EXPECT_EQ(item.imageName(), u"menu_app"_s) << "the switch was written before the last look";
-    EXPECT_EQ(switchText(), u"1"_s);
-
-    setJob(3);
-    report(6);
-    ASSERT_TRUE(showsSoon(u"Corvane 9.2.1"_s));
-    clock.advance(10s);
-    EXPECT_EQ(item.toolTip(), next);
-}
-
-TEST_F(ControllerTest, ReportsOfOtherAccountsAreDropped)
-{
-    setJob(1);
-    start();
-    EXPECT_EQ(item.toolTip(), running);
-    report(4, u"otto"_s);
-    peer->send(TestPeer::frame(R"({"type":"SetToolTip","data":{"message":"Paused"}})"));
-    ASSERT_TRUE(showsSoon(u"Corvane 9.2.1\nPaused"_s));
-    EXPECT_EQ(switchText(), u"1"_s);
-}
-
-TEST_F(ControllerTest, JoinsAPausedJob)
-{
-    setJob(1);
-    setPaused(true);
-    start();
-    EXPECT_EQ(item.toolTip(), paused);
-    EXPECT_EQ(item.imageName(), u"menu_pause"_s);
 }
 
 TEST_F(ControllerTest, AFirstStartWithoutAnyFile)
 {
     const TemporaryHome empty;
     controller.awakeFromNib();
-    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1"_s);
-    EXPECT_EQ(item.imageName(), u"menu_app"_s);
+    EXPECT_EQ(shown(), u"menu_app: "_s + bare);
 }
 
-TEST_F(ControllerTest, TheIconMovesWhileSyncWorksAndRestsAfterwards)
+TEST_F(ControllerTest, APortOutOfRangeIsTracedOnceAndWaitedOut)
 {
-    home.writeList(path("SyncStateFilePath"), QVariantMap{{User, true}});
-    home.writeList(path("LoggedSyncDetailsUserPath"),
-                   QVariantMap{{u"Pause"_s, u"0"_s}, {u"Re-initialize"_s, false}});
-    dark = true;
-    start();
-    controller.setStatusMenuToolTip(std::nullopt, u"Uploading"_s);
-    EXPECT_EQ(item.imageName(), u"sync_menubw1_alt"_s);
-    clock.advance(170ms);
-    EXPECT_EQ(item.imageName(), u"sync_menubw2_alt"_s);
-    EXPECT_EQ(home.read(path("SyncStatusMessagePath")), "Uploading");
-
-    dark = false;
-    controller.darkModeChanged();
-    EXPECT_TRUE(item.imageName().startsWith(u"sync_menubw"_s));
-    EXPECT_FALSE(item.imageName().endsWith(u"_alt"_s));
-
-    controller.setStatusMenuToolTip(std::nullopt, u"All files are up to date"_s);
-    EXPECT_EQ(item.imageName(), u"menu_app"_s);
-    EXPECT_TRUE(item.toolTip().endsWith(u"\nCloud Drive: All files are synced"_s));
-    const auto shown = item.images.size();
-    clock.advance(1s);
-    EXPECT_EQ(item.images.size(), shown) << "no timer is left";
+    home.writeList(path("TCPPortFile"), QVariantMap{{u"port"_s, qlonglong(70000)}});
+    controller.awakeFromNib();
+    clock.advance(60s);
+    EXPECT_EQ(trace().count(u"published a port that there is not"_s), 1);
+    EXPECT_EQ(trace().count(u"Lost the connection"_s), 0);
+    home.writeList(path("TCPPortFile"), QVariantMap{{u"port"_s, qlonglong(listener.port())}});
+    EXPECT_TRUE(listener.accept()->receiveFrame().contains("PingFromMonitor"));
+    clock.advance(20s);
+    EXPECT_EQ(trace().count(u"published a port that there is not (6 more)"_s), 1);
 }
 
 TEST_F(ControllerTest, WindowsFollowTheDesktopAndThePanelItself)
@@ -107,35 +43,25 @@ TEST_F(ControllerTest, WindowsFollowTheDesktopAndThePanelItself)
     controller.windowLookChanged();
     controller.darkModeChanged();
     EXPECT_TRUE(controller.windowsAreOnTheDarkSide());
-    EXPECT_EQ(done, QStringList({QStringLiteral("colours"), QStringLiteral("colours")}));
+    EXPECT_EQ(done, QStringList({u"colours"_s, u"colours"_s}));
 
-    home.writeList(QNUtility::globalPreferencesPath(),
-                   QVariantMap{{QStringLiteral("AppleInterfaceStyle"), QStringLiteral("Light")}});
+    home.writeList(QNUtility::globalPreferencesPath(), QVariantMap{{u"AppleInterfaceStyle"_s, u"Light"_s}});
     EXPECT_FALSE(controller.applicationIsOnTheDarkSide()) << "the setting has the first word in both";
     EXPECT_FALSE(controller.windowsAreOnTheDarkSide());
 }
 
 TEST_F(ControllerTest, AMessageStandsUntilItsWindowCloses)
 {
-    controller.displayWindowWithAlertMsg(QStringLiteral("Sign in first."));
-    EXPECT_EQ(done, QStringList(QStringLiteral("alert Sign in first.")));
+    controller.displayWindowWithAlertMsg(u"Sign in first."_s);
+    EXPECT_EQ(done, QStringList(u"alert Sign in first."_s));
     EXPECT_TRUE(controller.hasOpenAlertWindow());
     controller.alertWindowDidClose();
     EXPECT_FALSE(controller.hasOpenAlertWindow());
 }
 
-TEST_F(ControllerTest, ACancelledAccountLeavesItsMarkerAndNoFileIsLost)
+TEST_F(ControllerTest, HelpIsAPageOfTheDeploymentsHost)
 {
-    home.writeList(path("SyncStateFilePath"), QVariantMap{{User, true}});
-    home.writeList(path("LoggedSyncDetailsUserPath"),
-                   QVariantMap{{u"Pause"_s, false}, {u"Re-initialize"_s, false}});
     start();
-    const QString line = u"The account has been cancelled"_s;
-    home.write(path("CancelledAccountInfoPath"), "kept");
-    controller.setStatusMenuToolTip(std::nullopt, line);
-    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1\nCorvane \nYour account has been cancelled"_s);
-    EXPECT_EQ(home.read(path("CancelledAccountInfoPath")), "kept");
-    QFile::remove(path("CancelledAccountInfoPath"));
-    controller.setStatusMenuToolTip(std::nullopt, line);
-    EXPECT_TRUE(QFileInfo::exists(path("CancelledAccountInfoPath")));
+    click(MenuItem::Help);
+    EXPECT_EQ(done, QStringList(u"url https://127.0.0.1:18443/help/mac-help/default.htm"_s));
 }

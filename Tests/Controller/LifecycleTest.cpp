@@ -1,161 +1,195 @@
 #include "Tests/Controller/MonitorFixture.h"
+#include "Utility/Language/LanguageManager.h"
 #include "Utility/LoginItemRegistry.h"
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
+#include "Utility/QNUtility.h"
 
 namespace
 {
 class LifecycleTest : public MonitorFixture
 {
 protected:
+    /// The language is the process's, and so the next test's.
+    void TearDown() override { LanguageManager::shared().updateLanguage(u"en"_s); }
+
     [[nodiscard]] static QString root(const char *name)
     {
         return pathValue("ApplicationRootFolderPath"_L1, {}) + u'/' + QLatin1String(name);
     }
     [[nodiscard]] bool traced(const char *text) const { return trace().contains(QLatin1String(text)); }
+    void changeLanguage(const QString &word) { controller.loclaizationSetup({{u"language"_s, word}}); }
+
+    const QStringList restart{u"relaunch"_s, u"quit"_s};
 };
 } // namespace
 
 TEST_F(LifecycleTest, MarkersAreActedOnOnceAndRemoved)
 {
-    for (const char *name : {"autoLaunchCheckfile.txt", "launchApp", "silentInstall.txt"})
-        home.write(root(name), "");
+    const QStringList markers{root("autoLaunchCheckfile.txt"), root("launchApp"), root("silentInstall.txt"),
+                              path("UpdateOnDaemonRestart")};
+    for (const QString &marker : markers)
+        home.write(marker, "");
     home.write(path("InstallForTrayInfoPath"), "");
-    home.write(path("UpdateOnDaemonRestart"), "");
     home.write(path("MonitorLaunchPath"), "sendErrorReport");
     start();
-    for (const QString &marker : {root("autoLaunchCheckfile.txt"), root("launchApp"), root("silentInstall.txt"),
-                                  path("UpdateOnDaemonRestart"), path("MonitorLaunchPath")})
+    for (const QString &marker : markers + QStringList(path("MonitorLaunchPath")))
         EXPECT_FALSE(QFileInfo::exists(marker)) << marker.toStdString();
     EXPECT_TRUE(traced("AUTOUPDATE:Check File is available"));
     EXPECT_TRUE(traced("showErrorReport"));
     EXPECT_TRUE(done.isEmpty());
     clock.advance(5s);
-    EXPECT_EQ(done.value(0).left(15), u"popover Corvane"_s);
     EXPECT_TRUE(done.contains(u"popover Corvane is up-to-date"_s));
     EXPECT_FALSE(QFileInfo::exists(path("InstallForTrayInfoPath")));
     clock.advance(60s);
-    EXPECT_EQ(done.size(), 2);
+    EXPECT_EQ(done.size(), 2) << "that, and the help";
 }
 
-TEST_F(LifecycleTest, HelpIsGivenUpWhereThePanelIsHidden)
+TEST_F(LifecycleTest, HelpWaitsForAPanel)
 {
     home.write(path("InstallForTrayInfoPath"), "");
     panelIsVisible = false;
     start();
     clock.advance(5s);
     EXPECT_TRUE(done.isEmpty());
-    EXPECT_TRUE(traced("popover is hidden because menu bar is hidden"));
-    EXPECT_FALSE(QFileInfo::exists(path("InstallForTrayInfoPath")));
+    EXPECT_TRUE(QFileInfo::exists(path("InstallForTrayInfoPath")));
+    panelIsVisible = true;
+    controller.panelDidAppear();
+    clock.advance(1s);
+    EXPECT_EQ(done.value(0).left(15), u"popover Corvane"_s);
+    controller.panelDidAppear();
+    clock.advance(60s);
+    EXPECT_EQ(done.size(), 1);
 }
 
 TEST_F(LifecycleTest, TheLoginItemFollowsTheSettings)
 {
-    const auto settings = [&](const QVariant &value) {
-        home.writeList(path("AppDefaultSettings"),
-                       QVariantMap{{User, QVariantMap{{u"launchOnStartup"_s, value}}}});
+    const struct {
+        const char *name;
+        std::function<void()> act;
+        std::optional<qlonglong> setting; ///< none: nobody has said anything
+        int items;
+    } rows[] = {
+        {"a start", [&] { start(); }, 1, 1},
+        {"changed settings", [&] { controller.reloadPreferencesFromApp(); }, 0, 0},
+        {"a message",
+         [&] {
+             receive({u"UpdateLoginItem"_s, QVariantMap()});
+         },
+         1, 1},
+        {"no settings", [&] { controller.manageLaunchOnStartup(); }, {}, 1},
+        {"a sign-in", [&] { controller.enablePreferences(); }, 0, 0},
     };
-    settings(1LL);
-    start();
-    EXPECT_EQ(LoginItemRegistry::allLoginItems().size(), 1);
-    settings(0LL);
-    controller.reloadPreferencesFromApp();
-    EXPECT_EQ(LoginItemRegistry::allLoginItems().size(), 0);
-    settings(1LL);
-    controller.didReceiveIPCMessage({u"UpdateLoginItem"_s, QVariantMap()},
-                                    CorvaneMonitorController::Origin::BackupDaemon);
-    EXPECT_EQ(LoginItemRegistry::allLoginItems().size(), 1);
-    QFile::remove(path("AppDefaultSettings"));
-    controller.manageLaunchOnStartup();
-    EXPECT_EQ(LoginItemRegistry::allLoginItems().size(), 0);
+    forEachRow(rows, [&](const auto &row) {
+        QFile::remove(path("AppDefaultSettings"));
+        if (row.setting)
+            home.writeList(path("AppDefaultSettings"),
+                           QVariantMap{{User, QVariantMap{{u"launchOnStartup"_s, *row.setting}}}});
+        row.act();
+        EXPECT_EQ(LoginItemRegistry::allLoginItems().size(), row.items);
+    });
 }
 
 TEST_F(LifecycleTest, AnUpdateFolderInUseSurvives)
 {
     home.write(root("Corvane/package"), "");
     home.write(root("checkfile.plist"), "");
-    controller.removeUpdateDMGFolder();
+    Launcher::removeUpdateDMGFolder();
     EXPECT_TRUE(QFileInfo::exists(root("Corvane/package")));
     QFile::remove(root("checkfile.plist"));
-    controller.removeUpdateDMGFolder();
+    Launcher::removeUpdateDMGFolder();
     EXPECT_FALSE(QFileInfo::exists(root("Corvane")));
     EXPECT_TRUE(QFileInfo::exists(path("LastUserLoginDetailsFilePath")));
 }
 
-TEST_F(LifecycleTest, AChangeOfLanguageAlwaysStartsTheProgramAnew)
+TEST_F(LifecycleTest, ALanguageThatCannotBeWrittenIsNotLostByARestart)
 {
     start();
-    controller.loclaizationSetup({{u"language"_s, u"ja"_s}});
-    EXPECT_TRUE(traced("IPC loclaizationSetup language: ja"));
+    const QString preferences = LanguageManager::shared().userDefaults().path();
+    home.write(preferences, "bplist00 cut");
+    changeLanguage(u"ja"_s);
+    clock.advance(1min);
     EXPECT_TRUE(done.isEmpty());
-    clock.advance(1s);
-    EXPECT_EQ(done, QStringList({u"relaunch"_s, u"quit"_s}));
-    done.clear();
-    controller.loclaizationSetup({});
-    clock.advance(1s);
-    EXPECT_EQ(done, QStringList({u"relaunch"_s, u"quit"_s}));
-}
-
-TEST_F(LifecycleTest, SigningOutAndInAgain)
-{
-    start();
-    EXPECT_EQ(item.toolTip(), next);
-    QFile::remove(path("LastUserLoginDetailsFilePath"));
-    controller.resetMonitorUI();
-    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1"_s);
+    EXPECT_EQ(LanguageManager::shared().currentLanguage(), u"ja"_s);
+    QFile::remove(preferences);
     clock.advance(10s);
-    controller.menuWillOpen();
-    EXPECT_FALSE(controller.menu().isEnabled(MenuItem::Scheduler));
-    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1"_s);
+    EXPECT_EQ(done, restart);
+    EXPECT_EQ(LanguageManager::shared().getPersistedAppLanguage(), u"ja"_s);
+}
 
-    home.writeList(path("LastUserLoginDetailsFilePath"), QVariantMap{{u"Username"_s, User}});
-    home.write(path("CancelledAccountInfoPath"), "");
+TEST_F(LifecycleTest, ManyChangesOfLanguageAreOneRestart)
+{
+    start();
+    for (int i = 0; i < 100; ++i) {
+        changeLanguage(i == 30 ? u"ja"_s : QString());
+        EXPECT_EQ(done.isEmpty(), i < 34) << "any of them starts the program anew, a second later";
+        clock.advance(30ms);
+    }
+    EXPECT_EQ(done, restart);
+    EXPECT_TRUE(traced("IPC loclaizationSetup language: ja")) << "what comes meanwhile is stored all the same";
+}
+
+TEST_F(LifecycleTest, OnlyALanguageThatIsSpokenIsStored)
+{
+    start();
+    LanguageManager::shared().updateLanguage(u"es"_s);
+    const QByteArray before = home.read(LanguageManager::shared().userDefaults().path());
+    for (const QString &word : {u"de"_s, u"ja-JP"_s, QString(), QString(40'000'000, u'\u00e9')}) {
+        changeLanguage(word);
+        EXPECT_EQ(LanguageManager::shared().currentLanguage(), u"es"_s);
+    }
+    EXPECT_EQ(home.read(LanguageManager::shared().userDefaults().path()), before);
+    EXPECT_FALSE(traced("IPC loclaizationSetup language"));
+}
+
+TEST_F(LifecycleTest, AnAccountThatIsNoFolderNameWritesNothingAnywhere)
+{
+    start();
+    const Row<QString, const char *> rows[] = {
+        {"outside", u"../../../evil"_s, "evil"},
+        {"a folder of the product", u"Logs"_s, ".local/share/Corvane/Logs"},
+        {"its own folder", u"Corvane"_s, ".local/share/Corvane/Corvane"},
+        {"none", QString(), ".local/share/Corvane"},
+        {"a name", u"otto"_s, ".local/share/Corvane/otto"},
+    };
+    forEachRow(rows, [&](const auto &row) {
+        setRecord(row.given);
+        setSync(User, true);
+        if (row.given == u"otto")
+            setSync(row.given, true);
+        controller.board().setStatusMenuToolTip(std::nullopt, u"Uploading"_s);
+        const QString place = QLatin1String(row.expected) + u"/syncStatusMessage.txt"_s;
+        EXPECT_EQ(QFileInfo::exists(home.path(place)), row.given == u"otto");
+        EXPECT_FALSE(traced("could not be written")) << "it is no failure";
+    });
+}
+
+TEST_F(LifecycleTest, AStartAnOpeningAndASignInTellTheTypeOfTheAccount)
+{
+    const Row<std::function<void()>, EUserType> rows[] = {
+        {"a start", [&] { start(); }, EUserType::Other},
+        {"no pass in between", [&] { clock.advance(20s); }, EUserType::Dedup},
+        {"an opening", [&] { controller.menuWillOpen(); }, EUserType::Other},
+        {"a sign-in", [&] { controller.enablePreferences(); }, EUserType::Other},
+    };
+    forEachRow(rows, [&](const auto &row) {
+        QNUtility::userType = EUserType::Dedup;
+        row.given();
+        EXPECT_EQ(QNUtility::userType, row.expected);
+    });
+}
+
+TEST_F(LifecycleTest, ASignInKeepsTheSyncOfAnAccountWithACapitalLetter)
+{
+    start();
+    setRecord(u"Mona"_s);
+    setSync(u"Mona"_s, true);
     controller.enablePreferences();
-    EXPECT_EQ(item.toolTip(), next);
-    EXPECT_TRUE(controller.menu().isEnabled(MenuItem::Scheduler));
-    EXPECT_FALSE(QFileInfo::exists(path("CancelledAccountInfoPath")));
-}
+    EXPECT_FALSE(traced("disableSync"));
+    controller.board().setStatusMenuToolTip(std::nullopt, u"Uploading"_s);
+    EXPECT_TRUE(item.toolTip().endsWith(u"Cloud Drive: Uploading"_s)) << item.toolTip().toStdString();
 
-TEST_F(LifecycleTest, OnlyAnOpeningAndASignInTellTheTypeOfTheAccount)
-{
-    QNUtility::userType = EUserType::Dedup;
-    start();
-    clock.advance(20s);
-    EXPECT_EQ(QNUtility::userType, EUserType::Dedup) << "neither the start nor a pass in between";
-    controller.menuWillOpen();
-    EXPECT_EQ(QNUtility::userType, EUserType::Other);
-    QNUtility::userType = EUserType::Dedup;
-    controller.enablePreferences();
-    EXPECT_EQ(QNUtility::userType, EUserType::Other);
-    QNUtility::userType = EUserType::Dedup;
-}
-
-TEST_F(LifecycleTest, TheSwitchForAllJobs)
-{
-    start();
-    controller.menuWillOpen();
-    EXPECT_EQ(controller.menu().title(MenuItem::SwitchJobs), u"Disable all scheduled jobs"_s);
-    controller.disableScheduleSubMenu();
-    EXPECT_EQ(switchText(), u"0"_s);
-    EXPECT_EQ(controller.menu().title(MenuItem::SwitchJobs), u"Enable all scheduled jobs"_s);
-    EXPECT_FALSE(controller.menu().isEnabled(MenuItem::ManageJobs));
-    EXPECT_EQ(item.toolTip(), u"Corvane 9.2.1\nYou have disabled all your scheduled job(s)"_s);
-    controller.disableScheduleSubMenu();
-    EXPECT_EQ(switchText(), u"1"_s);
-    EXPECT_EQ(item.toolTip(), next);
-}
-
-TEST_F(LifecycleTest, TheMainApplicationIsStartedAndThenAskedForItsView)
-{
-    start();
-    controller.initiateLaunchCorvaneApp(u"Settings"_s);
-    EXPECT_EQ(done, QStringList({u"open"_s, u"launch "_s + pathValue("ApplicationExecName"_L1)}));
-    controller.onlinehelp();
-    EXPECT_TRUE(done.last().startsWith(u"url https://"_s));
-    EXPECT_TRUE(done.last().endsWith(u"/help/mac-help/default.htm"_s));
-    controller.displayWindowWithAlertMsg(u"Sign in first"_s);
-    EXPECT_EQ(done.last(), u"alert Sign in first"_s);
-    controller.quitApplication();
-    EXPECT_EQ(done.last(), u"quit"_s);
+    controller.sync().enableDisbleSync({{u"state"_s, 1}});
+    controller.sync().enableDisbleSync({});
+    EXPECT_FALSE(traced("disableSync")) << "who says nothing switches nothing";
+    controller.sync().enableDisbleSync({{u"state"_s, u"DisableSync"_s}});
+    EXPECT_TRUE(traced("disableSync"));
 }

@@ -9,19 +9,14 @@ using namespace Qt::StringLiterals;
 TEST(TextCoding, DoublesEveryUnitAndComesBack)
 {
     EXPECT_EQ(encryptedString(u"12"_s), u"bd"_s);
-    EXPECT_EQ(decryptedString(u"bd"_s), u"12"_s);
     for (char16_t unit = 0; unit < 0x8000; ++unit) {
         const QString text(1, QChar(unit));
         ASSERT_EQ(encryptedString(text).at(0).unicode(), unit * 2);
         ASSERT_EQ(decryptedString(encryptedString(text)), text);
     }
-}
-
-TEST(TextCoding, UnitsWhoseDoubleDoesNotFitLoseTheirTopBitAndNothingElse)
-{
-    const QString face = QString::fromUtf8("a😀b"); // a surrogate pair in the middle
-    const QString coded = encryptedString(face);
-    ASSERT_EQ(coded.size(), face.size());
+    // A double that does not fit loses its top bit and nothing else: a surrogate pair in the middle.
+    const QString coded = encryptedString(u"a\U0001F600b"_s);
+    ASSERT_EQ(coded.size(), 4);
     EXPECT_EQ(coded.at(1).unicode(), 0xD83D * 2 & 0xFFFF);
     EXPECT_EQ(decryptedString(coded).at(3), u'b');
 }

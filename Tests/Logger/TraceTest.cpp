@@ -1,19 +1,22 @@
 #include "Platform/AtomicFile.h"
+#include "Platform/Home.h"
 #include "Source/Logger/CVLogger.h"
 #include "Source/Logger/InterfaceTraceWriters.h"
 #include "Source/Logger/QNLogger.h"
 #include "Source/Logger/TraceFile.h"
 #include "Source/Logger/TraceLine.h"
+#include "Source/Logger/TraceSeries.h"
+#include "Source/Logger/WriteTrace.h"
 #include "Tests/Support/PrintQt.h"
 #include "Tests/Support/TemporaryHome.h"
 #include "Utility/Paths/PathTable.h"
 
-#include "Platform/Home.h"
-
+#include <QDir>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sys/stat.h>
 #include <thread>
 
@@ -46,12 +49,19 @@ TEST(Trace, EachWriterHasItsOwnLineForm)
     const TemporaryHome home;
     QNLogger::logMonitorTrace(u"engine::QUILLON and quillon"_s);
     expectMatches(home.read(monitorTrace()), u" : engine::corvane and quillon \n"_s);
-
     CVTraceFileLogger::shared().logAppInterfaceTrace(u"x::Quillon"_s, true);
     expectMatches(home.read(interfaceTrace()), u" : x::Quillon \n"_s);
-    ASSERT_TRUE(AtomicFile::write(interfaceTrace(), {}));
-    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(u"x::Quillon"_s, true);
+
+    auto &buffered = QNBackupProgressLogger::progressLogger();
+    home.write(interfaceTrace(), QByteArray(512'001, 'x'));
+    CVTraceFileLogger::shared().logAppInterfaceTrace(QString(), true);
+    EXPECT_EQ(home.read(interfaceTrace()).size(), 512'001);
+    buffered.logAppInterfaceTrace(u"x::Quillon"_s, false);
+    EXPECT_EQ(home.read(interfaceTrace()), "") << "cleared, and not asked to write yet";
+    buffered.logAppInterfaceTrace(QString(), true);
     expectMatches(home.read(interfaceTrace()), u" : x::corvane\n"_s);
+    buffered.logAppInterfaceTrace(QString(51'200, u'y'), false);
+    EXPECT_GT(home.read(interfaceTrace()).size(), 51'200) << "a full buffer is written unasked";
 }
 
 TEST(Trace, TheLimitIsExactAndTakesTheLineThatPassesIt)
@@ -62,40 +72,113 @@ TEST(Trace, TheLimitIsExactAndTakesTheLineThatPassesIt)
     EXPECT_EQ(home.read(monitorTrace()).size(), 512'000);
     QNLogger::logMonitorTrace(u"one more"_s);
     EXPECT_EQ(home.read(monitorTrace()).size(), 0);
-
-    home.write(monitorTrace(), QByteArray(512'001, 'x'));
-    QNLogger::logMonitorTrace(std::nullopt);
-    EXPECT_EQ(home.read(monitorTrace()).size(), 0);
-}
-
-TEST(Trace, AnEmptyMessageMeansOneThingToEachInterfaceWriter)
-{
-    const TemporaryHome home;
-    home.write(interfaceTrace(), QByteArray(512'001, 'x'));
-    CVTraceFileLogger::shared().logAppInterfaceTrace(QString(), true);
-    EXPECT_EQ(home.read(interfaceTrace()).size(), 512'001);
-    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QString(), true);
-    EXPECT_EQ(home.read(interfaceTrace()).size(), 0);
-
-    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(u"kept"_s, false);
-    EXPECT_EQ(home.read(interfaceTrace()).size(), 0) << "not asked to write yet";
-    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QString(), true);
-    expectMatches(home.read(interfaceTrace()), u" : kept\n"_s);
-    QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(QString(51'200, u'y'), false);
-    EXPECT_GT(home.read(interfaceTrace()).size(), 51'200) << "a full buffer is written unasked";
 }
 
 TEST(Trace, WhatCannotBeWrittenIsDroppedAndNothingHangs)
 {
     const TemporaryHome home;
     home.write(u"blocked"_s, "a file where a folder should be");
-    TraceFile::append(home.path(u"blocked/trace"_s), u"x"_s);
+    EXPECT_FALSE(TraceFile().append(home.path(u"blocked/trace"_s), u"x"_s));
     EXPECT_EQ(home.read(u"blocked"_s), "a file where a folder should be");
 
     const QByteArray pipe = QFile::encodeName(home.path(u"pipe"_s));
     ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
-    TraceFile::append(home.path(u"pipe"_s), u"nobody reads this"_s);
+    EXPECT_FALSE(TraceFile().append(home.path(u"pipe"_s), u"nobody reads this"_s));
     TraceFile::clearLogs(home.path(u"pipe"_s));
+}
+
+TEST(Trace, IsPrivateAndHasAnAbsolutePath)
+{
+    const TemporaryHome home;
+    const mode_t mask = umask(0);
+    EXPECT_TRUE(TraceFile().append(home.path(u"Logs/trace"_s), u"x"_s));
+    umask(mask);
+    EXPECT_FALSE(QFile::permissions(home.path(u"Logs/trace"_s)) & (QFile::ReadGroup | QFile::ReadOther));
+    EXPECT_FALSE(QFile::permissions(home.path(u"Logs"_s)) & (QFile::ExeGroup | QFile::ExeOther));
+    // Without a path table a key stands for itself; it names no file of the folder that we happen to be in.
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(home.path(QString())));
+    EXPECT_FALSE(TraceFile().append(u"MonitorTraceFilePath"_s, u"x"_s));
+    EXPECT_FALSE(QFile::exists(u"MonitorTraceFilePath"_s));
+    home.write(u"AppInterfaceTraceFilePath"_s, QByteArray(512'001, 'x'));
+    TraceFile::clearLogs(u"AppInterfaceTraceFilePath"_s);
+    EXPECT_EQ(home.read(u"AppInterfaceTraceFilePath"_s).size(), 512'001);
+    ASSERT_TRUE(QDir::setCurrent(before));
+}
+
+TEST(Trace, GoesToTheFileOfThatNameWhateverBecameOfTheOneBefore)
+{
+    const TemporaryHome home;
+    const QString path = home.path(u"Logs/trace"_s);
+    TraceFile file;
+    const std::pair<const char *, std::function<bool()>> rows[] = {
+        {"untouched", [] { return true; }},
+        {"removed", [&] { return QFile::remove(path); }},
+        {"removed with its folder", [&] { return QDir(home.path(u"Logs"_s)).removeRecursively(); }},
+        {"renamed", [&] { return QFile::rename(path, path + u".1"_s); }},
+        {"replaced", [&] { return bool(AtomicFile::write(path, {})); }},
+        {"emptied in place", [&] { return QFile::resize(path, 0); }},
+    };
+    for (const auto &[name, befall] : rows) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(file.append(path, u"old\n"_s));
+        ASSERT_TRUE(befall());
+        ASSERT_TRUE(file.append(path, u"new\n"_s));
+        EXPECT_TRUE(home.read(path).endsWith("new\n"));
+    }
+    EXPECT_EQ(home.read(u"Logs/trace.1"_s), "new\nold\n") << "what was there goes along";
+    ASSERT_TRUE(file.append(home.path(u"other"_s), u"x"_s));
+    EXPECT_EQ(home.read(u"other"_s), "x");
+}
+
+TEST(WriteTrace, AFailureIsToldOnceAFileAndReasonUntilItIsMended)
+{
+    const TemporaryHome home;
+    home.write(u"blocked"_s, "a file where a folder should be");
+    const QString file = home.path(u"blocked/list"_s);
+    const QString line = u"The file %1 could not be written: "_s.arg(file);
+    const auto told = [&](const QString &text) {
+        return QString::fromUtf8(home.read(monitorTrace())).count(text);
+    };
+    for (int attempt = 0; attempt < 3; ++attempt)
+        EXPECT_FALSE(writeOrTrace(file, "x"));
+    EXPECT_EQ(told(line + u"Not a directory"_s), 1);
+    EXPECT_FALSE(traceFailure(file, FileResult::refused(u"no dictionary"_s)));
+    EXPECT_FALSE(writeTextOrTrace(file, u"x"_s));
+    EXPECT_EQ(told(line + u"no dictionary"_s), 1);
+    EXPECT_EQ(told(line), 2);
+    ASSERT_TRUE(QFile::remove(home.path(u"blocked"_s)));
+    EXPECT_TRUE(writeOrTrace(file, "x"));
+    EXPECT_TRUE(removeOrTrace(file));
+    EXPECT_FALSE(removeOrTrace(file)) << "it is gone, which is no failure";
+    ASSERT_TRUE(QDir().rmdir(home.path(u"blocked"_s)));
+    home.write(u"blocked"_s, "again");
+    EXPECT_FALSE(writeOrTrace(file, "x"));
+    EXPECT_EQ(told(line + u"Not a directory"_s), 2);
+    EXPECT_FALSE(writeOrTrace(QString(), "x"));
+    EXPECT_EQ(told(u"could not be written"_s), 3) << "a name that forms no path is no failure";
+}
+
+TEST(WriteTrace, WhatIsKeptOfFailuresIsBoundedAndWaitsForRoom)
+{
+    QStringList lines;
+    bool hasRoom = false;
+    WriteFailures failures([&](const QString &line) {
+        if (hasRoom)
+            lines.append(line);
+        return hasRoom;
+    });
+    for (int attempt = 0; attempt < 2; ++attempt)
+        failures.failed(u"/a"_s, u"full"_s);
+    hasRoom = true;
+    failures.succeeded(u"/b"_s);
+    failures.succeeded(u"/a"_s);
+    EXPECT_EQ(std::exchange(lines, {}), QStringList(u"The file /a could not be written: full"_s));
+    failures.failed(u"/a"_s, u"full"_s);
+    for (std::size_t other = 0; other < WriteFailures::MostKept; ++other)
+        failures.failed(u"/%1"_s.arg(other), u"full"_s);
+    failures.failed(u"/a"_s, u"full"_s);
+    EXPECT_EQ(lines.size(), qsizetype(WriteFailures::MostKept) + 2) << "the oldest had given way";
 }
 
 TEST(Trace, LinesOfManyThreadsStayWhole)
@@ -105,6 +188,7 @@ TEST(Trace, LinesOfManyThreadsStayWhole)
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([i] {
             for (int n = 0; n < 200; ++n) {
+                QNLogger::logMonitorTrace(u"line"_s);
                 if (i % 2)
                     QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(u"line"_s, true);
                 else
@@ -114,10 +198,12 @@ TEST(Trace, LinesOfManyThreadsStayWhole)
     }
     for (std::thread &thread : threads)
         thread.join();
-    const QList<QByteArray> lines = home.read(interfaceTrace()).split('\n');
-    ASSERT_EQ(lines.size(), 801);
-    for (qsizetype i = 0; i < 800; ++i)
-        ASSERT_TRUE(lines.at(i).trimmed().endsWith(" : line")) << lines.at(i).toStdString();
+    for (const QString &file : {interfaceTrace(), monitorTrace()}) {
+        const QList<QByteArray> lines = home.read(file).split('\n');
+        ASSERT_EQ(lines.size(), 801);
+        for (qsizetype i = 0; i < 800; ++i)
+            ASSERT_TRUE(lines.at(i).trimmed().endsWith(" : line")) << lines.at(i).toStdString();
+    }
 }
 
 namespace
@@ -129,59 +215,41 @@ struct Console {
 };
 } // namespace
 
-TEST(ConsoleLogger, AsShippedEveryCallIsOneFixedLine)
+TEST(ConsoleLogger, AsShippedNoCallShowsWhatItWasGiven)
 {
     Console console;
     console.logger.options.keepTracking = true;
     console.logger.error(u"id"_s, u"secret"_s);
     console.logger.trace();
-    const QString fixed =
-        u"Printer can't logs as RELEASE mode is active and you have set 'printOnlyIfDebugMode' to 'true'."_s;
-    EXPECT_EQ(console.lines, QStringList({fixed, fixed}));
-    console.lines.clear();
     console.logger.all(true);
-    EXPECT_EQ(console.lines.value(0), u"No tracked logs. To track logs, you need to set 'keepTracking' to "
-                                      u"'true' and 'disable' is not set to 'true'."_s);
+    EXPECT_EQ(console.lines.size(), 3);
+    EXPECT_FALSE(console.lines.join(u'\n').contains(u"secret"_s));
     console.lines.clear();
     console.logger.options.disable = true;
     console.logger.error(u"id"_s, u"secret"_s);
     EXPECT_TRUE(console.lines.isEmpty());
 }
 
-TEST(ConsoleLogger, FormsOfAnEntry)
+TEST(TraceSeries, TellsTheFirstOfASeriesAndHowManyFollowed)
 {
-    const std::tuple<const char *, LogType, QString, QString, bool, QString> rows[] = {
-        {"full", LogType::success, u"7"_s, u"done"_s, false,
-         u"[✅ Success] [⌚03-04-2026 05: 06: 07] [🆔 7] ➞ ✹✹done✹✹"_s},
-        {"full without an id or a time", LogType::alert, {}, u"x"_s, true, u"[🚨 Alert]  ➞ ✹✹x✹✹"_s},
-        {"full without details", LogType::warning, u"7"_s, {}, true, u"[🚧 Warning] [🆔 7]"_s},
-        {"plain", LogType::plain, u"7"_s, u"done"_s, false,
-         u"[03-04-2026 05: 06: 07]  ID ➞ 7 Details ➞ done"_s},
-    };
-    for (const auto &[name, type, id, details, hideTime, expected] : rows) {
-        SCOPED_TRACE(name);
-        Console console;
-        console.logger.options.printOnlyIfDebugMode = false;
-        console.logger.options.keepAutoTracing = false;
-        console.logger.options.hideLogsTime = hideTime;
-        console.logger.show(id, details, type);
-        EXPECT_EQ(console.lines, QStringList(expected));
+    QStringList lines;
+    const auto news = [&lines] { return std::exchange(lines, {}).join(u'|'); };
+    {
+        TraceSeries series([&lines](const QString &line) { lines.append(line); });
+        series.note(u"lost"_s);
+        series.note(u"skipped"_s, u": no JSON"_s);
+        for (int i = 0; i < 99; ++i)
+            series.note(u"skipped"_s, u": a frame of %1 bytes"_s.arg(i));
+        EXPECT_EQ(news(), u"lost|skipped: no JSON"_s);
+        series.pass();
+        series.note(u"skipped"_s);
+        series.pass();
+        EXPECT_EQ(news(), QString()) << "a lone one has nothing to add, and the other goes on";
+        series.pass();
+        EXPECT_EQ(news(), u"skipped (100 more)"_s);
+        series.note(u"skipped"_s, u": again"_s);
+        series.note(u"skipped"_s);
+        EXPECT_EQ(news(), u"skipped: again"_s);
     }
-}
-
-TEST(ConsoleLogger, FiltersTracksAndTraces)
-{
-    Console console;
-    auto &options = console.logger.options;
-    options.printOnlyIfDebugMode = false;
-    options.keepTracking = true;
-    options.filterLogs = {LogType::error};
-    console.logger.success(u"passed over"_s);
-    console.logger.error(u"kept"_s);
-    ASSERT_EQ(console.logger.getAllLogs().size(), 1U);
-    EXPECT_TRUE(console.lines.value(1).startsWith(u"[Trace] ➞ TraceTest.cpp ➞ "_s));
-    EXPECT_TRUE(console.logger.getAllLogs({LogType::success}).empty());
-    options.filterFiles = {u"TraceTest.cpp"_s};
-    console.logger.error(u"from a filtered file"_s);
-    EXPECT_EQ(console.logger.getAllLogs().size(), 1U);
+    EXPECT_EQ(news(), u"skipped (1 more)"_s) << "the end of the program ends each series";
 }

@@ -1,11 +1,16 @@
-#include "Tests/Messaging/SocketFixture.h"
+#include "Messaging/GCDAsyncSocket.h"
+#include "Platform/MainThread.h"
+#include "Tests/Messaging/TestPeer.h"
+#include "Tests/WaitUntil.h"
 
 #include <QDir>
+
+#include <gmock/gmock.h>
 
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <thread>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -13,112 +18,86 @@ using Seconds = GCDAsyncSocket::Seconds;
 
 namespace
 {
+constexpr auto NoTimeout = GCDAsyncSocket::NoTimeout;
+
+/// Writes down what a socket tells, one line for each call.
+class SocketListener : public GCDAsyncSocketDelegate
+{
+public:
+    std::vector<std::string> told;
+    std::optional<SocketError> error;
+    bool ended = false;
+    std::function<void(GCDAsyncSocket &)> onData; ///< after the line is written down
+
+    void socketDidConnectToHost(GCDAsyncSocket &, const QString &host, quint16 port) override
+    {
+        note("connected " + host.toStdString() + (port ? "" : " without a port"));
+    }
+    void socketDidReadData(GCDAsyncSocket &telling, QByteArray bytes, qint64 tag) override
+    {
+        note("read " + std::to_string(tag) + ":" + bytes.toStdString());
+        if (onData)
+            onData(telling);
+    }
+    void socketDidWriteDataWithTag(GCDAsyncSocket &, qint64 tag) override
+    {
+        note("wrote " + std::to_string(tag));
+    }
+    void socketDidDisconnectWithError(GCDAsyncSocket &, const std::optional<SocketError> &why) override
+    {
+        note("closed" + (why ? " " + std::to_string(why->code) : std::string()));
+        error = why;
+        ended = true;
+    }
+
+private:
+    void note(std::string line)
+    {
+        EXPECT_TRUE(isMainThread()) << line;
+        told.push_back(std::move(line));
+    }
+};
+
+class GCDAsyncSocketTest : public testing::Test
+{
+protected:
+    std::unique_ptr<TestPeer> connectToPeer()
+    {
+        EXPECT_TRUE(
+            socket->connectToHost(QStringLiteral("127.0.0.1"), peers.port(), SocketSeconds(5), nullptr));
+        return peers.accept();
+    }
+    /// A socket that nothing has happened to yet.
+    void renew()
+    {
+        listener = std::make_shared<SocketListener>();
+        socket = GCDAsyncSocket::create(listener, DispatchQueue::main());
+    }
+    bool waitForLines(size_t count)
+    {
+        return waitUntil([&] { return listener->told.size() >= count; });
+    }
+    bool waitForEnd()
+    {
+        return waitUntil([&] { return listener->ended; });
+    }
+
+    TestListener peers;
+    std::shared_ptr<SocketListener> listener = std::make_shared<SocketListener>();
+    std::shared_ptr<GCDAsyncSocket> socket = GCDAsyncSocket::create(listener, DispatchQueue::main());
+};
+
 int openDescriptors()
 {
     return int(QDir(u"/proc/self/fd"_s).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size());
 }
 } // namespace
 
-// ---- Connecting ---------------------------------------------------------------------------------------------
-
-TEST_F(GCDAsyncSocketTest, RefusesCallsThatCannotWork)
-{
-    const auto noDelegate = GCDAsyncSocket::create({}, DispatchQueue::main());
-    const auto noQueue = GCDAsyncSocket::create(listener, std::nullopt);
-    const auto noFamily = GCDAsyncSocket::create(listener, DispatchQueue::main());
-    noFamily->setIPv4Enabled(false);
-    noFamily->setIPv6Enabled(false);
-    const auto busy = GCDAsyncSocket::create(listener, DispatchQueue::main());
-    ASSERT_TRUE(busy->connectToHost(u"127.0.0.1"_s, peers.port(), NoTimeout, nullptr));
-
-    const std::tuple<const char *, std::shared_ptr<GCDAsyncSocket>, QString, int, const char *> rows[] = {
-        {"no delegate", noDelegate, u"127.0.0.1"_s, 1,
-         "Attempting to connect without a delegate. Set a delegate first."},
-        {"no delegate queue", noQueue, u"127.0.0.1"_s, 1,
-         "Attempting to connect without a delegate queue. Set a delegate queue first."},
-        {"in use", busy, u"127.0.0.1"_s, 1,
-         "Attempting to connect while connected or accepting connections. Disconnect first."},
-        {"empty host", socket, u""_s, 2,
-         "Invalid host parameter (nil or \"\"). Should be a domain name or IP address string."},
-        {"no family", noFamily, u"127.0.0.1"_s, 1,
-         "Both IPv4 and IPv6 have been disabled. Must enable at least one protocol first."},
-    };
-    for (const auto &[name, client, host, code, text] : rows) {
-        SCOPED_TRACE(name);
-        SocketError error;
-        EXPECT_FALSE(client->connectToHost(host, peers.port(), Seconds(5), &error));
-        EXPECT_EQ(error.domain, u"GCDAsyncSocketErrorDomain"_s);
-        EXPECT_EQ(error.code, code);
-        EXPECT_EQ(error.description.toStdString(), text);
-    }
-    // A refused call changes nothing: the busy socket connects, the others say nothing, not even of an end.
-    socket->disconnect();
-    socket->disconnectAfterReading();
-    ASSERT_TRUE(waitForLines(1));
-    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1"));
-    EXPECT_TRUE(busy->isConnected());
-}
-
-TEST_F(GCDAsyncSocketTest, ConnectsToEitherFamily)
-{
-    using Family = TestListener::Family;
-    const struct {
-        const char *name;
-        Family listens;
-        QString host;
-        bool ipv4, ipv6, preferIPv4;
-        const char *told;
-    } rows[] = {
-        {"digits", Family::V4, u"127.0.0.1"_s, true, true, true, "connected 127.0.0.1"},
-        {"digits of the other family", Family::V6, u"::1"_s, true, true, true, "connected ::1"},
-        {"name", Family::V4, u"localhost"_s, true, true, true, "connected 127.0.0.1"},
-        {"other name", Family::V4, u"loopback"_s, true, true, true, "connected 127.0.0.1"},
-        {"the preferred one does not listen", Family::V6, u"localhost"_s, true, true, true, "connected ::1"},
-        {"the other one is preferred and does not listen", Family::V4, u"localhost"_s, true, true, false,
-         "connected 127.0.0.1"},
-        {"one switched off", Family::V6, u"localhost"_s, false, true, true, "connected ::1"},
-        {"digits of a family that is switched off", Family::V4, u"127.0.0.1"_s, false, true, true, "closed 8"},
-        {"one switched off and the other not listening", Family::V4, u"localhost"_s, false, true, true,
-         "closed 111"},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        TestListener there(row.listens);
-        listener->told.clear();
-        const auto client = GCDAsyncSocket::create(listener, DispatchQueue::main());
-        client->setIPv4Enabled(row.ipv4);
-        client->setIPv6Enabled(row.ipv6);
-        client->setIPv4PreferredOverIPv6(row.preferIPv4);
-        ASSERT_TRUE(client->connectToHost(row.host, there.port(), Seconds(5), nullptr));
-        EXPECT_TRUE(listener->told.empty()) << "told inside the call";
-        ASSERT_TRUE(waitForLines(1));
-        EXPECT_THAT(listener->told, ElementsAre(row.told));
-    }
-    EXPECT_TRUE(listener->onMain);
-}
-
-TEST_F(GCDAsyncSocketTest, AFailedConnectGivesTheErrorOfTheSystemOrTheResolver)
-{
-    ASSERT_TRUE(socket->connectToHost(u"127.0.0.1"_s, TestListener::closedPort(), Seconds(5), nullptr));
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_THAT(listener->told, ElementsAre("closed 111"));
-    EXPECT_EQ(*listener->error, (SocketError{u"NSPOSIXErrorDomain"_s, ECONNREFUSED, u"Connection refused"_s,
-                                             u"Error in connect() function"_s}));
-    EXPECT_FALSE(socket->isConnected());
-    renew();
-    // A name that can stand in no zone, so no server is asked.
-    ASSERT_TRUE(socket->connectToHost(QString(300, u'x'), 80, Seconds(5), nullptr));
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_EQ(listener->error->domain, u"kCFStreamErrorDomainNetDB"_s);
-    EXPECT_LT(listener->error->code, 0);
-    EXPECT_FALSE(listener->error->description.isEmpty());
-}
-
 TEST_F(GCDAsyncSocketTest, AConnectThatIsNotAnsweredTimesOut)
 {
     // A listener whose backlog is full answers no further connect.
     quint16 port = 0;
-    const int full = TestListener::boundSocket(TestListener::Family::V4, &port);
+    const int full = TestListener::boundSocket(&port);
     ASSERT_EQ(::listen(full, 0), 0);
     const auto fillers = std::make_shared<SocketListener>();
     std::vector<std::shared_ptr<GCDAsyncSocket>> backlog;
@@ -137,7 +116,7 @@ TEST_F(GCDAsyncSocketTest, AConnectionOfASocketWithItselfIsToldApart)
 {
     // What the system does when it gives out the very port that is being tried, here brought about on purpose.
     quint16 port = 0;
-    const int fd = TestListener::boundSocket(TestListener::Family::V4, &port);
+    const int fd = TestListener::boundSocket(&port);
     sockaddr_storage address{};
     socklen_t size = sizeof address;
     ASSERT_EQ(::getsockname(fd, reinterpret_cast<sockaddr *>(&address), &size), 0);
@@ -147,56 +126,32 @@ TEST_F(GCDAsyncSocketTest, AConnectionOfASocketWithItselfIsToldApart)
     ::close(fd);
 }
 
-// ---- The end ------------------------------------------------------------------------------------------------
-
 TEST_F(GCDAsyncSocketTest, TellsHowTheConnectionEnded)
 {
-    const struct {
-        const char *name;
-        QByteArray sent;
-        qsizetype length; // of the one read; 0 for none
-        bool reset;
-        std::vector<std::string> told;
-    } rows[] = {
-        {"between reads", "ab", 2, false, {"read 1:ab", "closed 7"}},
-        {"inside a read", "a", 2, false, {"closed 7"}},
-        {"before any byte", "", 2, false, {"closed 7"}},
-        {"nobody reads", "", 0, false, {"closed 7"}},
-        {"reset inside a read", "", 2, true, {"closed 104"}},
-        {"reset while nobody reads", "", 0, true, {"closed 104"}},
+    const std::tuple<const char *, qsizetype, bool, std::vector<std::string>> rows[] = {
+        {"between reads", 2, false, {"connected 127.0.0.1", "read 1:ab", "closed 7"}},
+        {"inside a read", 3, false, {"connected 127.0.0.1", "closed 7"}},
+        {"nobody reads", 0, false, {"connected 127.0.0.1", "closed 7"}},
+        {"reset inside a read", 3, true, {"connected 127.0.0.1", "closed 104"}},
+        {"reset while nobody reads", 0, true, {"connected 127.0.0.1", "closed 104"}},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, length, resets, told] : rows) {
         renew();
         auto peer = connectToPeer();
         ASSERT_TRUE(waitForLines(1));
-        socket->readDataToLength(row.length, NoTimeout, 1);
-        peer->send(row.sent);
-        if (row.reset)
+        socket->readDataToLength(length, NoTimeout, 1);
+        peer->send(length ? "ab" : ""); // bytes that wait for a read put off the end
+        if (resets)
             peer->reset();
         peer.reset();
         ASSERT_TRUE(waitForEnd());
-        listener->told.erase(listener->told.begin());
-        EXPECT_EQ(listener->told, row.told);
-        if (row.reset)
-            EXPECT_EQ(listener->error->reason, u"Error in read() function"_s);
-        else
-            EXPECT_EQ(listener->error->description, u"Socket closed by remote peer"_s);
+        EXPECT_EQ(listener->told, told) << name;
     }
-}
-
-TEST_F(GCDAsyncSocketTest, BytesThatCameBeforeTheEndStillServeReads)
-{
-    auto peer = connectToPeer();
-    socket->readDataToLength(1, NoTimeout, 1);
-    peer->send("abcd");
-    ASSERT_TRUE(waitForLines(2));
-    peer.reset();
-    socket->readDataToLength(1, NoTimeout, 2);
-    socket->readDataWithTimeout(NoTimeout, 3);
+    renew();
+    ASSERT_TRUE(socket->connectToHost(u"127.0.0.1"_s, TestListener::closedPort(), Seconds(5), nullptr));
+    EXPECT_TRUE(listener->told.empty()) << "told inside the call";
     ASSERT_TRUE(waitForEnd());
-    EXPECT_THAT(listener->told,
-                ElementsAre("connected 127.0.0.1", "read 1:a", "read 2:b", "read 3:cd", "closed 7"));
+    EXPECT_THAT(listener->told, ElementsAre("closed 111"));
 }
 
 TEST_F(GCDAsyncSocketTest, ALocalDisconnectIsTheLastWordAndNoError)
@@ -212,37 +167,25 @@ TEST_F(GCDAsyncSocketTest, ALocalDisconnectIsTheLastWordAndNoError)
     EXPECT_EQ(peer->receive(4), "bye");
 }
 
-TEST_F(GCDAsyncSocketTest, ClosesOnceWhatIsQueuedIsDone)
+TEST_F(GCDAsyncSocketTest, ClosesOnceWhatIsQueuedIsDoneAndConnectsAgain)
 {
-    const auto peer = connectToPeer();
+    auto peer = connectToPeer();
     socket->readDataToLength(1, NoTimeout, 1);
     socket->readDataToLength(1, NoTimeout, 2);
     socket->disconnectAfterReading();
     peer->send("ab");
     ASSERT_TRUE(waitForEnd());
     EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "read 1:a", "read 2:b", "closed"));
-
     EXPECT_FALSE(socket->isConnected());
-
-    listener->ended = false;
-    listener->told.clear();
     socket->writeData("last words", NoTimeout, 3);
-    socket->readDataToLength(1, NoTimeout, 4);
-    const auto second = connectToPeer();
-    second->send("c");
-    ASSERT_TRUE(waitForLines(3));
-    EXPECT_THAT(listener->told, testing::UnorderedElementsAre("connected 127.0.0.1", "wrote 3", "read 4:c"));
+    peer = connectToPeer();
     socket->disconnectAfterWriting();
-    EXPECT_EQ(second->receive(100), "last words");
-    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(peer->receive(100), "last words");
 }
 
 TEST_F(GCDAsyncSocketTest, LeavesNoDescriptorBehind)
 {
-    { // what is opened once for the whole program
-        const auto peer = connectToPeer();
-        socket->disconnect();
-    }
+    connectToPeer(); // opens what stays open for the whole program
     const int before = openDescriptors();
     for (int i = 0; i < 50; ++i) {
         const auto client = GCDAsyncSocket::create(listener, DispatchQueue::main());
@@ -253,49 +196,99 @@ TEST_F(GCDAsyncSocketTest, LeavesNoDescriptorBehind)
         if (listening)
             peers.accept();
     }
-    ASSERT_TRUE(waitUntil([&] { return openDescriptors() == before; }));
+    socket.reset();
+    ASSERT_TRUE(waitUntil([&] { return openDescriptors() < before; }));
 }
 
-// ---- Threads ------------------------------------------------------------------------------------------------
+TEST_F(GCDAsyncSocketTest, GivesEachReadItsOwnBytesHoweverTheyCome)
+{
+    for (const bool inPieces : {false, true}) {
+        renew();
+        // Queued before the connection stands, of all kinds, and some that ask for nothing.
+        for (const int nothing : {0, -5})
+            socket->readDataToLength(nothing, NoTimeout, 9);
+        socket->readDataToData("", NoTimeout, 0, 9);
+        socket->readDataToData("long", NoTimeout, 3, 9);
+        socket->writeData("", NoTimeout, 9);
+        socket->readDataToLength(3, NoTimeout, 1);
+        socket->readDataToData("\r\n", NoTimeout, 0, 2);
+        socket->readDataToLength(1, NoTimeout, 3);
+        socket->readDataToData("ab", NoTimeout, 6, 4);
+        const auto peer = connectToPeer();
+        inPieces ? peer->dribble("xyzline\r\r\nQaaaab!?") : peer->send("xyzline\r\r\nQaaaab!?");
+        ASSERT_TRUE(waitForLines(5));
+        EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "read 1:xyz", "read 2:line\r\r\n",
+                                                "read 3:Q", "read 4:aaaab"))
+            << (inPieces ? "byte by byte" : "in one segment");
+        socket->readDataToData("\n", NoTimeout, 6, 5);
+        peer->send("long lines");
+        ASSERT_TRUE(waitForEnd());
+        EXPECT_EQ(listener->error->code, 6) << "a terminator that does not come in time";
+    }
+}
 
-TEST_F(GCDAsyncSocketTest, CallsMayComeFromAnyThread)
+TEST_F(GCDAsyncSocketTest, ALengthThatIsOnlyClaimedTakesNoMemory)
 {
     const auto peer = connectToPeer();
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([this] {
-            for (int i = 0; i < 200; ++i) {
-                socket->writeData("w", NoTimeout, 0);
-                socket->readDataToLength(1, NoTimeout, 0);
-                EXPECT_TRUE(socket->isConnected());
-            }
-        });
-    }
-    peer->send(QByteArray(800, 'r'));
-    for (auto &thread : threads)
-        thread.join();
-    EXPECT_EQ(peer->receive(800).size(), 800);
-    ASSERT_TRUE(waitForLines(1601));
-    EXPECT_EQ(listener->data.size(), 800u);
-    EXPECT_TRUE(listener->onMain);
+    socket->readDataToLength(std::numeric_limits<qsizetype>::max() - 7, NoTimeout, 1);
+    peer->send(QByteArray(100000, 'x'));
+    peer->reset();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "closed 104"));
 }
 
-TEST_F(GCDAsyncSocketTest, TheDelegateMayBeToldOnTheQueueOfTheSocketItself)
+TEST_F(GCDAsyncSocketTest, AWriteThatFillsTheConnectionGoesOnWhenThereIsRoom)
 {
-    const DispatchQueue both("both");
-    const auto shared = GCDAsyncSocket::create(listener, both, both);
-    ASSERT_TRUE(shared->connectToHost(u"127.0.0.1"_s, peers.port(), Seconds(5), nullptr));
-    const auto peer = peers.accept();
-    listener->onData = [](GCDAsyncSocket &from) { EXPECT_TRUE(from.isConnected()); };
-    const auto hasLines = [&](size_t count) {
-        size_t lines = 0;
-        both.sync([&] { lines = listener->told.size(); });
-        return lines == count;
+    const QByteArray bytes(16 * 1024 * 1024, 'w');
+    socket->writeData("early", NoTimeout, 0);
+    const auto peer = connectToPeer();
+    socket->writeData(bytes, NoTimeout, 1);
+    socket->writeData("end", NoTimeout, 2);
+    ASSERT_TRUE(waitForLines(2));
+    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "wrote 0"));
+    EXPECT_TRUE(peer->receive(bytes.size() + 8) == "early" + bytes + "end");
+    ASSERT_TRUE(waitForLines(4));
+    EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "wrote 0", "wrote 1", "wrote 2"));
+}
+
+TEST_F(GCDAsyncSocketTest, AWriteToAPeerThatIsGoneEndsInAnErrorAndNoSignal)
+{
+    const auto peer = connectToPeer();
+    ASSERT_TRUE(waitForLines(1));
+    peer->reset();
+    socket->writeData("x", NoTimeout, 1);
+    socket->writeData("y", NoTimeout, 2);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_TRUE(listener->error->code == EPIPE || listener->error->code == ECONNRESET);
+}
+
+TEST_F(GCDAsyncSocketTest, TellsInOrderWhatHappensWhileItTells)
+{
+    const std::tuple<const char *, bool, bool, std::vector<std::string>> rows[] = {
+        {"reads", false, false, {"read 1:a", "read 2:b", "read 3:c", "closed"}},
+        {"a write first", true, false, {"read 1:a", "wrote 9", "read 2:b", "read 3:c", "closed"}},
+        {"events within the call", false, true, {"read 1:a", "read 2:b", "read 3:c", "closed"}},
     };
-    shared->readDataToLength(1, NoTimeout, 1);
-    peer->send("a");
-    ASSERT_TRUE(waitUntil([&] { return hasLines(2); }));
-    both.sync([&] { EXPECT_THAT(listener->told, ElementsAre("connected 127.0.0.1", "read 1:a")); });
-    shared->disconnect();
-    ASSERT_TRUE(waitUntil([&] { return hasLines(3); }));
+    for (const auto &[name, writes, takesEvents, told] : rows) {
+        renew();
+        listener->onData = [&, writes = writes, takesEvents = takesEvents](GCDAsyncSocket &telling) {
+            if (listener->told.size() > 2)
+                return;
+            if (writes)
+                telling.writeData("w", NoTimeout, 9);
+            telling.readDataToLength(1, NoTimeout, 2);
+            telling.readDataToLength(1, NoTimeout, 3);
+            telling.disconnect();
+            if (takesEvents) {
+                EXPECT_TRUE(waitForEnd());
+            }
+        };
+        const auto peer = connectToPeer();
+        peer->send("abc");
+        ASSERT_TRUE(waitForLines(1));
+        socket->readDataToLength(1, NoTimeout, 1);
+        ASSERT_TRUE(waitForEnd());
+        listener->told.erase(listener->told.begin()); // that it has connected
+        EXPECT_EQ(listener->told, told) << name;
+    }
 }

@@ -91,31 +91,23 @@ QByteArray TestPeer::frame(const QByteArray &payload)
     return QByteArray(reinterpret_cast<const char *>(&size), sizeof size) + payload;
 }
 
-int TestListener::boundSocket(Family family, quint16 *port)
+int TestListener::boundSocket(quint16 *port)
 {
-    const bool v4 = family == Family::V4;
-    const int fd = ::socket(v4 ? AF_INET : AF_INET6, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    const int on = 1;
-    ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     sockaddr_in in{};
     in.sin_family = AF_INET;
-    in.sin_port = htons(*port);
     in.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    sockaddr_in6 in6{};
-    in6.sin6_family = AF_INET6;
-    in6.sin6_port = htons(*port);
-    in6.sin6_addr = in6addr_loopback;
-    auto *const address = v4 ? reinterpret_cast<sockaddr *>(&in) : reinterpret_cast<sockaddr *>(&in6);
-    socklen_t size = v4 ? sizeof in : sizeof in6;
+    auto *const address = reinterpret_cast<sockaddr *>(&in);
+    socklen_t size = sizeof in;
     EXPECT_EQ(::bind(fd, address, size), 0) << std::strerror(errno);
     EXPECT_EQ(::getsockname(fd, address, &size), 0);
-    *port = ntohs(v4 ? in.sin_port : in6.sin6_port);
+    *port = ntohs(in.sin_port);
     return fd;
 }
 
-TestListener::TestListener(Family family, quint16 port) : m_port(port)
+TestListener::TestListener()
 {
-    m_fd = boundSocket(family, &m_port);
+    m_fd = boundSocket(&m_port);
     EXPECT_EQ(::listen(m_fd, 16), 0) << std::strerror(errno);
 }
 
@@ -140,6 +132,6 @@ std::unique_ptr<TestPeer> TestListener::accept()
 quint16 TestListener::closedPort()
 {
     quint16 port = 0;
-    ::close(boundSocket(Family::V4, &port));
+    ::close(boundSocket(&port));
     return port;
 }

@@ -33,13 +33,11 @@ private:
     int m_fd;
 };
 
-/// A port that listens, on one of the loopback addresses; closed and free again at its end.
+/// A port of the loopback address that listens; closed and free again at its end.
 class TestListener
 {
 public:
-    enum class Family { V4, V6 };
-    /// `port` 0 takes a free one.
-    explicit TestListener(Family family = Family::V4, quint16 port = 0);
+    TestListener();
     ~TestListener();
 
     [[nodiscard]] quint16 port() const { return m_port; }
@@ -48,8 +46,8 @@ public:
     /// A connection if one waits already.
     std::unique_ptr<TestPeer> acceptNow();
 
-    /// A socket bound to the loopback address of a family, not listening; `port` 0 becomes a free one.
-    static int boundSocket(Family family, quint16 *port);
+    /// A socket bound to a free port, not listening.
+    static int boundSocket(quint16 *port);
     /// A port of this machine that nobody listens on.
     static quint16 closedPort();
 

@@ -7,35 +7,22 @@ using namespace Qt::StringLiterals;
 
 TEST(DesktopEntry, ExecOfAPathInTheFile)
 {
-    const std::tuple<const char *, QString, QByteArray> rows[] = {
-        {"plain", u"/opt/c/monitor"_s, "Exec=/opt/c/monitor"},
-        {"blank", u"/opt/my files/monitor"_s, "Exec=\"/opt/my files/monitor\""},
-        {"percent", u"/opt/100%f/monitor"_s, "Exec=/opt/100%%f/monitor"},
-        {"double quote", u"/opt/a\"b"_s, R"(Exec="/opt/a\\"b")"},
-        {"single quote", u"/opt/it's"_s, "Exec=\"/opt/it's\""},
-        {"dollar and backtick", u"/opt/$HOME`id`"_s, R"(Exec="/opt/\\$HOME\\`id\\`")"},
-        {"backslash", u"/opt/a\\b"_s, R"(Exec="/opt/a\\\\b")"},
-        {"newline", u"/opt/a\nb"_s, R"(Exec="/opt/a\nb")"},
-        {"tab", u"/opt/a\tb"_s, R"(Exec="/opt/a\tb")"},
-        {"non-ASCII", u"/opt/バックアップ/é"_s, "Exec=/opt/バックアップ/é"},
-        {"blank at the end", u"/opt/a "_s, R"(Exec="/opt/a ")"},
+    const std::pair<QString, QByteArray> rows[] = {
+        {u"/opt/c/monitor"_s, "Exec=/opt/c/monitor"},
+        {u"/opt/my files/monitor "_s, "Exec=\"/opt/my files/monitor \""},
+        {u"/opt/100%f/monitor"_s, "Exec=/opt/100%%f/monitor"},
+        {u"/opt/a\"b"_s, R"(Exec="/opt/a\\"b")"},
+        {u"/opt/it's"_s, "Exec=\"/opt/it's\""},
+        {u"/opt/$HOME`id`"_s, R"(Exec="/opt/\\$HOME\\`id\\`")"},
+        {u"/opt/a\\b"_s, R"(Exec="/opt/a\\\\b")"},
+        {u"/opt/a\nb\tc"_s, R"(Exec="/opt/a\nb\tc")"},
+        {u"/opt/バックアップ/é"_s, "Exec=/opt/バックアップ/é"},
     };
-    for (const auto &[name, path, line] : rows) {
-        SCOPED_TRACE(name);
-        const QString exec = DesktopEntry::execOfWords({path});
-        const QByteArray file = DesktopEntry::serialize({{u"Exec"_s, exec}});
+    for (const auto &[path, line] : rows) {
+        const QByteArray file = DesktopEntry::serialize({{u"Exec"_s, DesktopEntry::execOfWords({path})}});
         EXPECT_EQ(file.toStdString(), "[Desktop Entry]\n" + line.toStdString() + "\n");
-        const auto keys = DesktopEntry::parse(file);
-        ASSERT_TRUE(keys);
-        EXPECT_EQ(DesktopEntry::wordsOfExec(keys->value(u"Exec"_s)), QStringList{path});
+        EXPECT_EQ(DesktopEntry::wordsOfExec(DesktopEntry::parse(file)->value(u"Exec"_s)), QStringList{path});
     }
-}
-
-TEST(DesktopEntry, PlainValuesKeepTheirBlanks)
-{
-    const DesktopEntry::Keys keys{{u"TryExec"_s, u" a b "_s}, {u"Name"_s, u"\\s"_s}};
-    EXPECT_EQ(DesktopEntry::serialize(keys).toStdString(), "[Desktop Entry]\nName=\\\\s\nTryExec=\\sa b\\s\n");
-    EXPECT_EQ(DesktopEntry::parse(DesktopEntry::serialize(keys)), keys);
 }
 
 TEST(DesktopEntry, WordsOfOthersEntries)
@@ -57,9 +44,7 @@ TEST(DesktopEntry, OnlyItsOwnGroupIsRead)
 {
     const auto keys = DesktopEntry::parse("# head\nExec=before\n[Desktop Entry]\r\n# Exec=no\nExec = one\r\n"
                                           "Exec=two\nbroken line\n=x\n[Desktop Action a]\nExec=action\n");
-    ASSERT_TRUE(keys);
-    EXPECT_EQ(*keys, (DesktopEntry::Keys{{u"Exec"_s, u"one"_s}}));
-    EXPECT_FALSE(DesktopEntry::parse("Exec=a\n"));
-    EXPECT_FALSE(DesktopEntry::parse("[Desktop Entry]\nName=\xff\n"));
-    EXPECT_FALSE(DesktopEntry::parse(QByteArray()));
+    EXPECT_EQ(keys, (DesktopEntry::Keys{{u"Exec"_s, u"one"_s}}));
+    for (const char *file : {"Exec=a\n", "[Desktop Entry]\nName=\xff\n", ""})
+        EXPECT_FALSE(DesktopEntry::parse(file)) << file;
 }

@@ -55,51 +55,41 @@ void walk(const ArchiveObject &object, int depth)
 } // namespace
 
 // The layout of objects, byte widths apart, that the platform's archiver gives for an array of one item: null
-// first, the array and its items before their classes, equal class records once, numbers in place, everything
-// else referred to.
+// first, the array and its items before their classes, numbers in place, everything else referred to.
 TEST(KeyedArchiveTest, ReadsTheLayoutOfThePlatformsArchiver)
 {
-    const QVariantList objects{
-        u"$null"_s,
-        QVariantMap{{u"NS.objects"_s, QVariantList{ref(2)}}, {u"$class"_s, ref(9)}},
-        QVariantMap{{u"$class"_s, ref(8)},
-                    {u"owner"_s, ref(3)},
-                    {u"when"_s, ref(5)},
-                    {u"note"_s, ref(0)},
-                    {u"title"_s, ref(7)},
-                    {u"count"_s, 3},
-                    {u"on"_s, true}},
-        QVariantMap{{u"$class"_s, ref(4)}, {u"NS.string"_s, u"ann: ann-login"_s}},
-        QVariantMap{{u"$classname"_s, u"NSMutableString"_s},
-                    {u"$classes"_s, QStringList{u"NSMutableString"_s, u"NSString"_s, u"NSObject"_s}}},
-        QVariantMap{{u"NS.time"_s, 816382245.75}, {u"$class"_s, ref(6)}},
-        QVariantMap{{u"$classname"_s, u"NSDate"_s}, {u"$classes"_s, QStringList{u"NSDate"_s, u"NSObject"_s}}},
-        u"plain"_s,
-        QVariantMap{{u"$classname"_s, u"Item"_s},
-                    {u"$classes"_s, QStringList{u"Item"_s, u"Base"_s, u"NSObject"_s}}},
-        QVariantMap{{u"$classname"_s, u"NSMutableArray"_s},
-                    {u"$classes"_s, QStringList{u"NSMutableArray"_s, u"NSArray"_s, u"NSObject"_s}}}};
+    const auto classRecord = [](const QStringList &chain) {
+        return QVariantMap{{u"$classname"_s, chain.first()}, {u"$classes"_s, chain}};
+    };
+    const QVariantList objects{u"$null"_s,
+                               QVariantMap{{u"NS.objects"_s, QVariantList{ref(2)}}, {u"$class"_s, ref(7)}},
+                               QVariantMap{{u"$class"_s, ref(6)},
+                                           {u"owner"_s, ref(3)},
+                                           {u"when"_s, ref(5)},
+                                           {u"note"_s, ref(0)},
+                                           {u"count"_s, 3},
+                                           {u"on"_s, true}},
+                               QVariantMap{{u"$class"_s, ref(4)}, {u"NS.string"_s, u"ann: ann-login"_s}},
+                               classRecord({u"NSMutableString"_s, u"NSString"_s, u"NSObject"_s}),
+                               QVariantMap{{u"NS.time"_s, 816382245.75}, {u"$class"_s, ref(8)}},
+                               classRecord({u"Item"_s, u"Base"_s, u"NSObject"_s}),
+                               classRecord({u"NSMutableArray"_s, u"NSArray"_s, u"NSObject"_s}),
+                               classRecord({u"NSDate"_s, u"NSObject"_s})};
     const QVariantMap list{{u"$version"_s, 100000},
                            {u"$archiver"_s, u"NSKeyedArchiver"_s},
                            {u"$top"_s, QVariantMap{{u"root"_s, ref(1)}}},
                            {u"$objects"_s, objects}};
-
     for (const auto format : {PropertyList::Format::Binary, PropertyList::Format::Xml}) {
         const Opened opened(PropertyList::serialize(list, format).value());
-        ASSERT_TRUE(opened.archive);
         const auto entries = opened.root.entries();
         ASSERT_TRUE(entries);
         ASSERT_EQ(entries->size(), 1U);
         const auto &item = entries->front();
-        EXPECT_EQ(item.className(), u"Item");
         EXPECT_EQ(item.classChain().join(u','), u"Item,Base,NSObject");
         EXPECT_TRUE(item.isKindOf("Base"_L1));
-        EXPECT_FALSE(item.isKindOf("NSArray"_L1));
         EXPECT_EQ(item.decodeString("owner"_L1), u"ann: ann-login"_s);
-        EXPECT_EQ(item.decodeString("title"_L1), u"plain"_s);
         EXPECT_EQ(item.decodeDate("when"_L1), QDateTime(QDate(2026, 11, 14), QTime(20, 50, 45, 750), Qt::UTC));
-        EXPECT_TRUE(item.contains("note"_L1));
-        EXPECT_TRUE(item.decodeObject("note"_L1).isNull());
+        EXPECT_TRUE(item.contains("note"_L1) && item.decodeObject("note"_L1).isNull());
         EXPECT_EQ(item.decodeInt("count"_L1), 3);
         EXPECT_TRUE(item.decodeBool("on"_L1));
     }
@@ -107,63 +97,47 @@ TEST(KeyedArchiveTest, ReadsTheLayoutOfThePlatformsArchiver)
 
 TEST(KeyedArchiveTest, NumbersAndBooleansReadAsEachOther)
 {
-    ArchiveMaker maker;
-    const std::tuple<const char *, QVariant, qint64, bool> rows[] = {
-        {"zero", 0, 0, false},
-        {"seven", 7, 7, true},
-        {"minus one", -1, -1, true},
-        {"true", true, 1, true},
-        {"false", false, 0, false},
-        {"real", 2.9, 2, true},
-        {"huge real", 1e300, 0, true},
-        {"over 63 bits", std::numeric_limits<quint64>::max(), 0, true},
-        {"text", u"1"_s, 0, false},
-        {"null", ref(0), 0, false},
-        {"out of range", ref(99), 0, false},
-    };
-    for (const auto &[name, field, integer, boolean] : rows) {
-        SCOPED_TRACE(name);
+    const std::tuple<QVariant, qint64, bool> rows[] = {
+        {0, 0, false},    {-1, -1, true},         {true, 1, true},    {false, 0, false},  {2.9, 2, true},
+        {1e300, 0, true}, {~quint64(0), 0, true}, {u"1"_s, 0, false}, {ref(0), 0, false}, {ref(99), 0, false}};
+    for (const auto &[field, integer, boolean] : rows) {
         const Opened opened(archiveOfField(field));
-        EXPECT_EQ(opened.root.decodeInt("f"_L1), integer);
-        EXPECT_EQ(opened.root.decodeBool("f"_L1), boolean);
+        EXPECT_EQ(opened.root.decodeInt("f"_L1), integer) << field.toString().toStdString();
+        EXPECT_EQ(opened.root.decodeBool("f"_L1), boolean) << field.toString().toStdString();
         EXPECT_EQ(opened.root.decodeInt("missing"_L1), 0);
-        EXPECT_FALSE(opened.root.decodeBool("missing"_L1));
     }
-    const auto number = maker.add(4);
-    const auto thing = maker.object({u"Thing"_s}, {{u"f"_s, QVariant::fromValue(number)}});
-    const Opened boxed(maker.archive(u"root"_s, thing));
-    EXPECT_EQ(boxed.root.decodeInt("f"_L1), 4);
+    ArchiveMaker maker;
+    const auto thing = maker.object({u"Thing"_s}, {{u"f"_s, QVariant::fromValue(maker.add(4))}});
+    EXPECT_EQ(Opened(maker.archive(u"root"_s, thing)).root.decodeInt("f"_L1), 4) << "a number as an object";
 }
 
 TEST(KeyedArchiveTest, ValuesOfAnotherKindAreNone)
 {
+    enum class Kind { None, Text, Date, List };
     const QStringList strings{u"NSString"_s, u"NSObject"_s};
     ArchiveMaker maker;
-    const std::tuple<const char *, PropertyListUid, bool, bool, bool> rows[] = {
-        {"text", maker.add(u"x"_s), true, false, false},
-        {"wrapped text", maker.object(strings, {{u"NS.string"_s, u"x"_s}}), true, false, false},
-        {"text as bytes", maker.object(strings, {{u"NS.bytes"_s, QByteArray("x")}}), true, false, false},
-        {"wrapper without text", maker.object(strings, {}), false, false, false},
-        {"wrapped number", maker.object(strings, {{u"NS.string"_s, 1}}), false, false, false},
-        {"date", maker.date(1.5), false, true, false},
-        {"date out of range", maker.date(1e300), false, false, false},
-        {"date of another class", maker.object({u"Date"_s}, {{u"NS.time"_s, 1.0}}), false, false, false},
-        {"array", maker.array({uid(1)}), false, false, true},
-        {"array without entries", maker.object({u"NSArray"_s}, {}), false, false, false},
-        {"number", maker.add(5), false, false, false},
-        {"null", uid(0), false, false, false},
-        {"out of range", uid(1'000'000), false, false, false},
-        {"reference to a reference", maker.add(ref(1)), false, false, false},
+    const std::tuple<const char *, PropertyListUid, Kind> rows[] = {
+        {"text", maker.add(u"x"_s), Kind::Text},
+        {"wrapped text", maker.object(strings, {{u"NS.string"_s, u"x"_s}}), Kind::Text},
+        {"text as bytes", maker.object(strings, {{u"NS.bytes"_s, QByteArray("x")}}), Kind::Text},
+        {"wrapper without text", maker.object(strings, {{u"NS.string"_s, 1}}), Kind::None},
+        {"date", maker.date(1.5), Kind::Date},
+        {"date out of range", maker.date(1e300), Kind::None},
+        {"date of another class", maker.object({u"Date"_s}, {{u"NS.time"_s, 1.0}}), Kind::None},
+        {"array", maker.array({uid(1)}), Kind::List},
+        {"array without entries", maker.object({u"NSArray"_s}, {}), Kind::None},
+        {"null", uid(0), Kind::None},
+        {"out of range", uid(1'000'000), Kind::None},
+        {"reference to a reference", maker.add(ref(1)), Kind::None},
     };
-    for (const auto &[name, value, text, date, list] : rows) {
-        SCOPED_TRACE(name);
+    for (const auto &[name, value, kind] : rows) {
         auto copy = maker;
-        const auto thing = copy.object({u"Thing"_s}, {{u"f"_s, QVariant::fromValue(value)}});
+        const auto thing = copy.object({u"Thing"_s, u"NSObject"_s}, {{u"f"_s, QVariant::fromValue(value)}});
         const Opened opened(copy.archive(u"root"_s, thing));
         const auto field = opened.root.decodeObject("f"_L1);
-        EXPECT_EQ(field.text().has_value(), text);
-        EXPECT_EQ(field.date().has_value(), date);
-        EXPECT_EQ(field.entries().has_value(), list);
+        EXPECT_EQ(field.text().has_value(), kind == Kind::Text) << name;
+        EXPECT_EQ(field.date().has_value(), kind == Kind::Date) << name;
+        EXPECT_EQ(field.entries().has_value(), kind == Kind::List) << name;
     }
 }
 
@@ -195,38 +169,30 @@ TEST(KeyedArchiveTest, RefusesWhatIsNoArchive)
             .has_value();
     };
     ASSERT_TRUE(opens(whole));
-    const std::tuple<const char *, const char *, QVariant> rows[] = {
-        {"another archiver", "$archiver", u"NSArchiver"_s},
-        {"archiver is no text", "$archiver", 1},
-        {"another version", "$version", 100001},
-        {"version is text", "$version", u"100000"_s},
-        {"objects are no array", "$objects", QVariantMap()},
-        {"top is no dictionary", "$top", QVariantList()},
-    };
-    for (const auto &[name, key, value] : rows) {
-        SCOPED_TRACE(name);
+    const std::pair<QString, QVariant> rows[] = {
+        {u"$archiver"_s, u"NSArchiver"_s}, {u"$archiver"_s, 1},
+        {u"$version"_s, 100001},           {u"$version"_s, u"100000"_s},
+        {u"$objects"_s, QVariantMap()},    {u"$top"_s, QVariantList()}};
+    for (const auto &[key, value] : rows) {
         auto damaged = whole;
-        damaged.insert(QString::fromLatin1(key), value);
-        EXPECT_FALSE(opens(damaged));
-        damaged.remove(QString::fromLatin1(key));
-        EXPECT_FALSE(opens(damaged));
+        damaged.insert(key, value);
+        EXPECT_FALSE(opens(damaged)) << key.toStdString();
+        damaged.remove(key);
+        EXPECT_FALSE(opens(damaged)) << key.toStdString();
     }
-    EXPECT_FALSE(KeyedArchive::open({}));
-    EXPECT_FALSE(KeyedArchive::open("bplist00"));
-    EXPECT_FALSE(KeyedArchive::open(rawPlist({"\x09"})));
+    for (const QByteArray &bytes : {QByteArray(), QByteArray("bplist00"), rawPlist({"\x09"})})
+        EXPECT_FALSE(KeyedArchive::open(bytes));
 }
 
 TEST(KeyedArchiveTest, CyclesEnd)
 {
     ArchiveMaker maker;
-    const auto text = maker.add(u"x"_s);
-    const auto next = maker.array({uid(4), text}); // stands at 2, its class at 3; holds the one that follows
-    const auto last = maker.array({next});
-    ASSERT_EQ(last, uid(4));
-    const Opened opened(maker.archive(u"root"_s, last));
+    const auto list = maker.array({uid(1)}); // holds itself
+    ASSERT_EQ(list, uid(1));
+    const Opened opened(maker.archive(u"root"_s, list));
     auto level = opened.root.toVariant();
     int depth = 0;
-    for (; level.typeId() == QMetaType::QVariantList && !level.toList().isEmpty(); ++depth)
+    for (; !level.toList().isEmpty(); ++depth)
         level = level.toList().first();
     EXPECT_GT(depth, 10);
     EXPECT_FALSE(opened.archive->isExhausted());
@@ -243,14 +209,28 @@ TEST(KeyedArchiveTest, RepeatedReferencesRunIntoTheBudget)
     EXPECT_TRUE(opened.archive->isExhausted());
 }
 
+TEST(KeyedArchiveTest, AGreatDictionaryAskedOverAndOverRunsIntoTheBudget)
+{
+    ArchiveMaker maker;
+    QVariantMap fields;
+    for (int i = 0; i < 100'000; ++i)
+        fields.insert(u"field%1"_s.arg(i), i);
+    const auto item = maker.object({u"Thing"_s, u"NSObject"_s}, fields);
+    const Opened opened(maker.archive(u"root"_s, maker.array(QList<PropertyListUid>(20'000, item))));
+    const auto begun = std::chrono::steady_clock::now();
+    const auto entries = opened.root.entries().value();
+    for (const ArchiveObject &entry : entries)
+        std::ignore = entry.decodeInt("missing"_L1);
+    EXPECT_TRUE(opened.archive->isExhausted());
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(10));
+}
+
 TEST(KeyedArchiveTest, DamagedBytesGiveAnAnswer)
 {
     ArchiveMaker maker;
     const auto item =
         maker.object({u"Thing"_s, u"NSObject"_s}, {{u"f"_s, QVariant::fromValue(maker.date(1.5))}});
     const auto whole = maker.archive(u"root"_s, maker.array({item, maker.add(u"é"_s), item}));
-    for (qsizetype length = 0; length < whole.size(); ++length)
-        EXPECT_FALSE(KeyedArchive::open(whole.first(length))) << length;
     std::mt19937 random(20261122); // fixed, so that a failure comes again
     int opened = 0;
     for (int round = 0; round < 20'000; ++round) {

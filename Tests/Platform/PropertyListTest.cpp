@@ -1,13 +1,14 @@
 #include "Platform/PropertyList.h"
 
 #include "Tests/Platform/ArchiveMaker.h"
+#include "Tests/Support/PrintQt.h"
+#include "Tests/Support/TemporaryHome.h"
 
 #include <QDateTime>
-#include <QTemporaryDir>
-#include <QTimeZone>
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <limits>
 #include <random>
 
@@ -42,6 +43,7 @@ TEST(PropertyListTest, EveryTypeSurvivesBothForms)
         {"whole real", 3.0},
         {"large real", 1e300},
         {"empty text", QString()},
+        {"byte order mark in a text", u"\uFEFFa"_s},
         {"text", u"a<b>&\"é\n\t\U0001F600"_s},
         {"blanks and carriage returns", u" \r\n "_s},
         {"data", QByteArray("\x00\xFF<", 3)},
@@ -79,8 +81,34 @@ TEST(PropertyListTest, ReadsWhatOtherWritersWrite)
          "<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"-//X//Y\" \"http://z\">\n<!-- <array> -->" +
              xmlList("<array><true/></array>"),
          QVariantList{true}},
+        {"document type with declarations",
+         "<!DOCTYPE plist [<!ENTITY x \"]\"><!ELEMENT plist ANY>]>" + xmlList("<true/>"), true},
+        {"attributes", xmlList("<array a='/>'><true b=\"</array>\" /></array >"), QVariantList{true}},
         {"hexadecimal", xmlList("<integer> -0x1F </integer>"), -31LL},
+        {"hexadecimal of 64 bits", xmlList("<integer>0XffffFFFFffffFFFF</integer>"),
+         std::numeric_limits<qulonglong>::max()},
+        {"real with an exponent", xmlList("<real> +1.5e-3 </real>"), 0.0015},
+        {"real with a comma", xmlList("<real>1,5</real>"), 1.0},
+        {"endless real", xmlList("<real>-infinity</real>"), -std::numeric_limits<double>::infinity()},
+        {"date with more behind it", xmlList("<date>\n2026-01-02T03:04:05.678+01:00</date>"),
+         QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5), Qt::UTC)},
+        {"data on lines", xmlList("<data>\n\tQU\r\n\tI=\n</data>"), QByteArray("AB")},
+        {"elements without content", xmlList("<array><string/><data/><array/><dict/><false></false></array>"),
+         QVariantList{QString(), QByteArray(), QVariantList(), QVariantMap(), false}},
+        {"the last of two entries", xmlList("<dict><key>a</key><true/><key>a</key><string>b</string></dict>"),
+         QVariantMap{{u"a"_s, u"b"_s}}},
+        {"escapes",
+         xmlList("<dict><key>&lt;&gt;&quot;&apos;</key><string>&#65;&#x1f600;&#233;&#1;</string></dict>"),
+         QVariantMap{{u"<>\"'"_s, u"A\U0001F600\u00E9\u0001"_s}}},
+        {"control characters and line ends", xmlList("<string>a\x07\r\nb\rc]]></string>"),
+         u"a\u0007\r\nb\rc]]>"_s},
         {"byte order mark", "\xEF\xBB\xBF" + xmlList("<true/>"), true},
+        {"another encoding declared",
+         "\n<?xml version='1.0' encoding='ISO-8859-1'?>" + xmlList("<string>\xC3\xA9</string>"), u"\u00E9"_s},
+        {"no element around the root", "<dict><key>a</key><true/></dict>", QVariantMap{{u"a"_s, true}}},
+        {"the end of a longer list behind a shorter one", xmlList("<true/>") + "</dict></plist>\n", true},
+        {"comments and CDATA in a text",
+         xmlList("<string>a<!-- </string> & -->&amp;<![CDATA[&amp;<]]>b</string>"), u"a&&amp;<b"_s},
         {"tags in CDATA", xmlList("<array><string><![CDATA[</array>]]></string></array>"),
          QVariantList{u"</array>"_s}},
         {"reference", xmlList("<dict><key>CF$UID</key><integer>7</integer></dict>"),
@@ -108,25 +136,46 @@ TEST(PropertyListTest, ReadsWhatOtherWritersWrite)
 
 TEST(PropertyListTest, RefusesWhatIsDamagedOrHostile)
 {
+    const QByteArray damages(
+        "<integer>abc</integer>|<integer/>|<integer>1 2</integer>|<real>abc</real>|<real/>|"
+        "<date>2026-11-22</date>|<date/>|<null/>|<key>a</key>|<array><key>a</key></array>|"
+        "<dict><true/></dict>|<dict><key>a</key></dict>|"
+        "<dict><key>a</key><key>b</key><true/></dict>|<dict>x<key>a</key><true/></dict>|"
+        "<array>x</array>|<array><true/></dict>|</array>|<string>a|<string>a</key>|"
+        "<string>a<true/></string>|<string>a</string/>|<string>&nbsp;</string>|"
+        "<string>a & b</string>|<string>&amp</string>|<string>&#0;</string>|"
+        "<string>&#xD800;</string>|<string>&#x110000;</string>|<!-- <true/>|"
+        "<string><![CDATA[</string>|<true a='/>|<>|<? <true/>|<!DOCTYPE plist [ <true/>");
+    for (const auto &damage : damages.split('|')) {
+        SCOPED_TRACE(damage.toStdString());
+        QString reason;
+        EXPECT_FALSE(PropertyList::parse("<plist>" + damage, &reason));
+        EXPECT_EQ(reason, u"no property list, or over a limit");
+    }
     std::vector<QByteArray> doubling;
     for (char next = 1; next <= 23; ++next)
         doubling.push_back(QByteArray("\xA2") + next + next);
     doubling.push_back("\x09");
     constexpr int Deep = 100'000;
     const std::tuple<const char *, QByteArray, const char *> rows[] = {
-        {"nothing", "", "no property list"},
-        {"plain text", "12345", "no property list"},
-        {"XML cut in a text", "<plist><dict><key>a</key><string>b", "no property list"},
-        {"XML cut after a value", "<plist><dict><key>a</key><string>b</string>", "no property list"},
-        {"deep XML", xmlList(repeated("<array>", Deep) + repeated("</array>", Deep)), "no property list"},
-        {"deep XML with attributes", xmlList(repeated("<array x=\"/>\">", Deep)), "no property list"},
+        {"nothing", "", "no property list, or over a limit"},
+        {"plain text", "12345", "no property list, or over a limit"},
+        {"XML cut in a text", "<plist><dict><key>a</key><string>b", "no property list, or over a limit"},
+        {"XML cut after a value", "<plist><dict><key>a</key><string>b</string>",
+         "no property list, or over a limit"},
+        {"deep XML", xmlList(repeated("<array>", Deep) + repeated("</array>", Deep)),
+         "no property list, or over a limit"},
+        {"deep XML with attributes", xmlList(repeated("<array x=\"/>\">", Deep)),
+         "no property list, or over a limit"},
         {"deep XML behind quotes", xmlList(repeated("<array><string x=\"></array>\"></string>", Deep)),
-         "no property list"},
-        {"deep XML in a comment", xmlList("<!-->" + repeated("<dict>", Deep) + "-->"), "no property list"},
-        {"tags out of step", xmlList("<array><dict></array></dict>"), "no property list"},
+         "no property list, or over a limit"},
+        {"deep XML in a comment", xmlList("<!-->" + repeated("<dict>", Deep) + "-->"),
+         "no property list, or over a limit"},
+        {"tags out of step", xmlList("<array><dict></array></dict>"), "no property list, or over a limit"},
         {"integer of more than 64 bits", xmlList("<integer>18446744073709551616</integer>"),
-         "no property list"},
-        {"integer below the least", xmlList("<integer>-9223372036854775809</integer>"), "no property list"},
+         "no property list, or over a limit"},
+        {"integer below the least", xmlList("<integer>-9223372036854775809</integer>"),
+         "no property list, or over a limit"},
         {"no UTF-8", xmlList("<string>caf\xE9</string>"), "no UTF-8"},
         {"magic alone", "bplist00", "damaged trailer"},
         {"count over the table", rawPlist({"\x09"}).replace(33, 1, "\x7F"), "damaged trailer"},
@@ -144,7 +193,10 @@ TEST(PropertyListTest, RefusesWhatIsDamagedOrHostile)
          "date out of range"},
         {"integer of 128 bits", rawPlist({QByteArray("\x14\x01") + QByteArray(15, '\0')}),
          "integer of more than 64 bits"},
-        {"too large", QByteArray(PropertyList::MaxBytes + 1, ' '), "too large"},
+        {"more values than a list may have",
+         xmlList("<array>" + QByteArray("<true/>").repeated(500'000) + "</array>"),
+         "no property list, or over a limit"},
+        {"too large", QByteArray(Limits::ListBytes + 1, ' '), "too large"},
     };
     for (const auto &[name, bytes, wanted] : rows) {
         SCOPED_TRACE(name);
@@ -199,23 +251,6 @@ TEST(PropertyListTest, RefusesToWriteWhatCouldNotBeReadBack)
     }
 }
 
-TEST(PropertyListTest, FilesAreReadWholeAndReplacedWhole)
-{
-    const QTemporaryDir home;
-    const auto path = home.filePath(u"list.plist"_s);
-    QString reason;
-    EXPECT_FALSE(PropertyList::readDictionary(path, &reason));
-    EXPECT_EQ(reason, u"cannot be read");
-
-    ASSERT_TRUE(PropertyList::write(path, QVariantMap{{u"Username"_s, u"ann"_s}}));
-    EXPECT_FALSE(PropertyList::write(path, QVariantList{QVariant()}));
-    EXPECT_EQ(PropertyList::readDictionary(path)->value(u"Username"_s), u"ann"_s);
-
-    ASSERT_TRUE(PropertyList::write(path, QVariantList{1}, Format::Binary));
-    EXPECT_FALSE(PropertyList::readDictionary(path, &reason));
-    EXPECT_EQ(reason, u"no dictionary");
-}
-
 TEST(PropertyListTest, EntriesAreTakenByTheirOwnTypeOnly)
 {
     const QVariantMap list{{u"t"_s, u"1"_s}, {u"i"_s, 1LL}, {u"b"_s, true}};
@@ -225,4 +260,57 @@ TEST(PropertyListTest, EntriesAreTakenByTheirOwnTypeOnly)
         EXPECT_EQ(PropertyList::intValue(list, key).has_value(), key == u"i");
         EXPECT_EQ(PropertyList::boolValue(list, key).has_value(), key == u"b");
     }
+}
+
+TEST(PropertyListTest, WhatTheLibraryIsSlowAtStaysQuick)
+{
+    constexpr int Size = 2'000'000;
+    const auto upToSize = [](auto element) {
+        QByteArray elements;
+        for (int i = 0; elements.size() < Size; ++i)
+            elements += element(i);
+        return elements;
+    };
+    // "Bb" and "CA" have the same hash in the library, and so have words of as many of either.
+    const auto word = [](int i) {
+        QByteArray letters;
+        for (int bit = 0; bit < 16; ++bit)
+            letters += (i >> bit & 1) != 0 ? "Bb" : "CA";
+        return letters;
+    };
+    const auto cpuTime = [](const QByteArray &list) {
+        const auto begun = std::clock();
+        EXPECT_TRUE(PropertyList::parse(xmlList(list)));
+        return double(std::clock() - begun) / CLOCKS_PER_SEC;
+    };
+    const auto numbered = [](int i) {
+        return "<string>plain text number " + QByteArray::number(i) + "</string>";
+    };
+    const double plain = cpuTime("<array>" + upToSize(numbered) + "</array>");
+    const std::tuple<const char *, QByteArray> rows[] = {
+        {"escapes", "<string>" + upToSize([](int) { return "&amp;"; }) + "</string>"},
+        {"empty collections", "<array>" + upToSize([](int) { return "<dict/>"; }) + "</array>"},
+        {"texts of one hash",
+         "<array>" + upToSize([&](int i) { return "<string>" + word(i) + "</string>"; }) + "</array>"},
+        {"keys of one hash",
+         "<dict>" + upToSize([&](int i) { return "<key>" + word(i) + "</key><true/>"; }) + "</dict>"},
+    };
+    for (const auto &[name, list] : rows)
+        EXPECT_LT(cpuTime(list), 10 * plain) << name;
+}
+
+TEST(PropertyListTest, FilesSayWhyTheyAreNotRead)
+{
+    const TemporaryHome home;
+    const QByteArray text = "<string>" + QByteArray(2'000'000, 'x') + "</string>";
+    home.write(u"large"_s, xmlList("<dict><key>a</key>" + text + "</dict>"));
+    home.write(u"array"_s, xmlList("<array/>"));
+    QString reason;
+    EXPECT_FALSE(PropertyList::readDictionary(home.path(u"missing"_s), &reason));
+    EXPECT_EQ(reason, u"cannot be read");
+    EXPECT_FALSE(PropertyList::readDictionary(home.path(u"array"_s), &reason));
+    EXPECT_EQ(reason, u"no dictionary");
+    EXPECT_FALSE(PropertyList::readDictionary(home.path(u"large"_s), &reason));
+    EXPECT_EQ(reason, u"cannot be read");
+    EXPECT_TRUE(PropertyList::readDictionary(home.path(u"large"_s), &reason, Limits::SharedListBytes));
 }

@@ -1,4 +1,5 @@
 #include "Platform/SingleInstance.h"
+#include "Tests/Support/ChildProgram.h"
 #include "Tests/Support/PrintQt.h"
 #include "Tests/Support/TemporaryHome.h"
 
@@ -20,29 +21,12 @@ using Answer = SingleInstance::Answer;
 namespace
 {
 /// Another process with the claim, until it is told to end or is killed.
-class Holder
-{
-public:
+struct Holder : ChildProgram {
     explicit Holder(const QString &file)
     {
-        m_process.start(u"flock"_s, {u"--close"_s, file, u"sh"_s, u"-c"_s, u"echo held; read end"_s});
-        EXPECT_TRUE(m_process.waitForReadyRead());
-        EXPECT_EQ(m_process.readAll(), "held\n");
+        EXPECT_TRUE(start(u"flock"_s, {u"--close"_s, file, u"sh"_s, u"-c"_s, u"echo held; read end"_s}));
+        EXPECT_EQ(read(30'000), "held\n");
     }
-    ~Holder() { end(); }
-    void end()
-    {
-        m_process.closeWriteChannel();
-        m_process.waitForFinished();
-    }
-    void kill()
-    {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-
-private:
-    QProcess m_process;
 };
 } // namespace
 
@@ -75,7 +59,7 @@ TEST(SingleInstance, WaitsForTheOneThatEnds)
     Holder predecessor(file);
     Answer answer = Answer::Taken;
     std::thread successor([&] { answer = SingleInstance(file).claim(60s); });
-    predecessor.end();
+    predecessor.finish();
     successor.join();
     EXPECT_EQ(answer, Answer::Only);
 }
@@ -102,9 +86,9 @@ TEST(SingleInstance, WithoutAPlaceForTheFileTheMonitorIsUnguarded)
     home.write(u"file"_s, "no folder");
     QDir().mkpath(home.path(u"folder/lock"_s));
     ASSERT_TRUE(QFile::link(home.path(u"elsewhere"_s), home.path(u"link"_s)));
-    for (const char *path : {"file/lock", "folder/lock", "link"}) {
-        SCOPED_TRACE(path);
-        EXPECT_EQ(SingleInstance(home.path(QString::fromUtf8(path))).claim(0ms), Answer::Unguarded);
-    }
+    for (const QString &path : {home.path(u"file/lock"_s), home.path(u"folder/lock"_s), home.path(u"link"_s),
+                                QString(u"relative-lock"_s)})
+        EXPECT_EQ(SingleInstance(path).claim(0ms), Answer::Unguarded) << path.toStdString();
     EXPECT_FALSE(QFile::exists(home.path(u"elsewhere"_s)));
+    EXPECT_FALSE(QFile::exists(u"relative-lock"_s));
 }

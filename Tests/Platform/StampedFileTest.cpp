@@ -51,6 +51,9 @@ TEST_F(FileMemoTest, SettledFileIsDecodedOnce)
     EXPECT_EQ(read(), nullptr);
     EXPECT_EQ(read(), nullptr);
     EXPECT_EQ(m_decoded, 3);
+    m_ahead += 5s;
+    EXPECT_EQ(read(), nullptr);
+    EXPECT_EQ(m_decoded, 4) << "it may have been the reading that failed";
 }
 
 TEST_F(FileMemoTest, RewriteWithinOneTickIsSeen)
@@ -71,32 +74,29 @@ TEST_F(FileMemoTest, FileThatComesAndGoes)
 {
     EXPECT_EQ(read(), nullptr);
     EXPECT_EQ(m_decoded, 0);
-    rewrite("one");
-    EXPECT_EQ(*read(), "one");
-    ASSERT_TRUE(QFile::remove(m_path));
-    EXPECT_EQ(read(), nullptr);
-    rewrite("one");
-    EXPECT_EQ(*read(), "one");
-    EXPECT_EQ(m_memo.read(m_home.path()), nullptr);
+    for (int i = 0; i < 2; ++i) {
+        rewrite("one");
+        EXPECT_EQ(*read(), "one");
+        ASSERT_TRUE(QFile::remove(m_path));
+        EXPECT_EQ(read(), nullptr);
+    }
 }
 
 TEST(FileStampTest, AgeThatMakesAStampTrustworthy)
 {
-    const std::tuple<const char *, std::chrono::nanoseconds, std::chrono::nanoseconds, std::chrono::nanoseconds,
-                     bool>
+    const std::tuple<std::chrono::nanoseconds, std::chrono::nanoseconds, std::chrono::nanoseconds, bool>
         rows[] = {
-            {"fresh", 100s + 1ns, 100s + 1ns, 100s + 50ms, false},
-            {"old", 100s + 1ns, 100s + 1ns, 100s + 51ms, true},
-            {"modified time was set back", 5s, 100s + 1ns, 100s + 20ms, false},
-            {"file system of whole seconds, young", 100s, 100s, 101s + 900ms, false},
-            {"file system of whole seconds, old", 100s, 100s, 102s + 1ms, true},
-            {"from the future", 100s + 1ns, 200s + 1ns, 150s, false},
+            {100s + 1ns, 100s + 1ns, 100s + 50ms, false}, // fresh
+            {100s + 1ns, 100s + 1ns, 100s + 51ms, true},
+            {5s, 100s + 1ns, 100s + 20ms, false}, // the modified time was set back
+            {100s, 100s, 101s + 900ms, false},    // a file system of whole seconds
+            {100s, 100s, 102s + 1ms, true},
+            {100s + 1ns, 200s + 1ns, 150s, false}, // from the future
         };
-    for (const auto &[name, modified, changed, now, settled] : rows) {
-        SCOPED_TRACE(name);
+    for (const auto &[modified, changed, now, isSettled] : rows) {
         FileStamp stamp;
         stamp.modified = modified;
         stamp.changed = changed;
-        EXPECT_EQ(stamp.isSettled(now), settled);
+        EXPECT_EQ(stamp.isSettled(now), isSettled) << now.count();
     }
 }

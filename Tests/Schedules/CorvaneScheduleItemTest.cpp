@@ -3,137 +3,100 @@
 
 #include "Platform/AtomicFile.h"
 #include "Tests/Platform/ArchiveMaker.h"
+#include "Tests/Support/ForEachRow.h"
 
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
 using namespace Qt::StringLiterals;
+using Item = CorvaneScheduleItem;
 
 namespace
 {
 constexpr QLatin1StringView Key("Schedules");
 
-QString text(const char *latin1)
+Item decodedRecord(const QVariantMap &fields, ArchiveMaker maker = {})
 {
-    return QString::fromLatin1(latin1);
-}
-
-CorvaneScheduleItem decodedRecord(const QVariantMap &fields)
-{
-    ArchiveMaker maker;
     const auto records = scheduleRecordsIn(maker.schedules({maker.record(fields)}), Key);
-    return records && records->size() == 1 && records->front() ? *records->front() : CorvaneScheduleItem();
+    return records && records->size() == 1 && records->front() ? *records->front() : Item();
 }
 } // namespace
 
-TEST(CorvaneScheduleItemTest, EveryFieldHasItsKey)
+TEST(CorvaneScheduleItemTest, AMissingKeyIsZeroOrUnset)
 {
-    using Item = CorvaneScheduleItem;
-    const std::tuple<const char *, std::optional<QString> Item::*> texts[] = {
-        {"username", &Item::username},         {"corvaneUserName", &Item::corvaneUsername},
-        {"userAtServer", &Item::userAtServer}, {"serverName", &Item::serverName},
-        {"password", &Item::password},         {"processReferenceFile", &Item::processReferenceFile},
-        {"emailids", &Item::emailids},         {"quotaServerName", &Item::quotaServerName},
-        {"profileName", &Item::profileName},   {"destination", &Item::destination},
-    };
-    for (const auto &[key, field] : texts)
-        EXPECT_EQ(decodedRecord({{text(key), text(key)}}).*field, text(key)) << key;
-    const std::tuple<const char *, std::optional<bool> Item::*> switches[] = {
-        {"displayDesktopNotification", &Item::displayDesktopNotification},
-        {"shouldStartMissedScheduleBackup", &Item::shouldStartMissedScheduleBackup},
-        {"sendEmailNotification", &Item::sendEmailNotification},
-        {"isUseSSL", &Item::isUseSSL},
-        {"sendLogExtract", &Item::sendLogExtract},
-        {"notifyOnFailure", &Item::notifyOnFailure},
-        {"isAutoSyncEnabled", &Item::isAutoSyncEnabled},
-    };
-    for (const auto &[key, field] : switches) {
-        EXPECT_EQ(decodedRecord({{text(key), true}}).*field, true) << key;
-        EXPECT_EQ(decodedRecord({}).*field, false) << key;
-    }
-    EXPECT_EQ(decodedRecord({{text("backupType"), 4}}).backupType, QNXBackupType::notBackup);
-    EXPECT_EQ(decodedRecord({{text("status"), 3}}).status, QNXStatus::completed);
-    EXPECT_EQ(decodedRecord({{text("scheduleType"), 1}}).scheduleType, QNXScheduleType::restore);
-    EXPECT_EQ(decodedRecord({{text("modify"), 1}}).modify, QNXModify::kModified);
-    EXPECT_EQ(decodedRecord({{text("notifyMe"), -3}}).notifyMe, -3);
-    const auto timed = decodedRecord({{text("timeSettings"), 2}, {text("scheduleTimeSettings"), 1}});
-    EXPECT_EQ(timed.scheduleTimeSettings, QNXTimeSettings::startImmediate);
-    // Never archived, whatever stands there.
-    const auto more = decodedRecord({{text("currentScheduleType"), 1}, {text("isBackupNow"), true}});
-    EXPECT_EQ(more.currentScheduleType, std::nullopt);
-    EXPECT_EQ(more.isBackupNow, std::nullopt);
-
-    ArchiveMaker maker;
-    const auto days = QVariant::fromValue(maker.array({maker.add(text("Mon")), maker.add(4)}));
-    const auto when = QVariant::fromValue(maker.date(45045.75)); // 2001-01-01 12:30:45.75
-    const auto record = maker.record({{text("selectedDaysForSchedule"), days}, {text("scheduleTime"), when}});
-    const auto records = scheduleRecordsIn(maker.schedules({record}), Key);
-    EXPECT_EQ(records->front()->selectedDaysArray, (QVariantList{text("Mon"), 4LL}));
-    EXPECT_EQ(records->front()->scheduleTime, QDateTime(QDate(2001, 1, 1), QTime(12, 30, 45), Qt::UTC));
+    const Item none = decodedRecord({{u"scheduleTimeSettings"_s, 2}});
+    EXPECT_EQ(none.scheduleTimeSettings, QNXTimeSettings::recommended) << "its key is another";
+    EXPECT_EQ(none.backupType, QNXBackupType::onlineBackup);
+    EXPECT_EQ(none.status, QNXStatus::yetToStart);
+    EXPECT_EQ(none.scheduleType, QNXScheduleType::backup);
+    EXPECT_EQ(none.frequency, QNXFrequency::once);
+    EXPECT_EQ(none.notifyMe, 0);
+    EXPECT_EQ(none.isUseSSL, false);
+    EXPECT_FALSE(none.username || none.scheduleTime || none.selectedDaysArray);
 }
 
-TEST(CorvaneScheduleItemTest, MissingKeysReadAsZeroAndFalse)
+TEST(CorvaneScheduleItemTest, FieldsAreDecodedByTheirType)
 {
-    const auto item = decodedRecord({{text("scheduleTimeSettings"), 2}});
-    EXPECT_EQ(item.backupType, QNXBackupType::onlineBackup);
-    EXPECT_EQ(item.status, QNXStatus::yetToStart);
-    EXPECT_EQ(item.scheduleType, QNXScheduleType::backup);
-    EXPECT_EQ(item.frequency, QNXFrequency::once);
-    EXPECT_EQ(item.modify, QNXModify::kNModified);
-    EXPECT_EQ(item.scheduleTimeSettings, QNXTimeSettings::recommended);
-    EXPECT_EQ(item.notifyMe, 0);
-    EXPECT_EQ(item.username, std::nullopt);
-    EXPECT_EQ(item.scheduleTime, std::nullopt);
-    EXPECT_EQ(item.selectedDaysArray, std::nullopt);
-    EXPECT_EQ(CorvaneScheduleItem().isUseSSL, std::nullopt);
+    ArchiveMaker maker;
+    const auto days = QVariant::fromValue(maker.array({maker.add(u"Mon"_s), maker.add(4)}));
+    const Item item = decodedRecord({{u"username"_s, u"ann: login"_s},
+                                     {u"isUseSSL"_s, true},
+                                     {u"backupType"_s, 4},
+                                     {u"status"_s, 3},
+                                     {u"scheduleType"_s, 1},
+                                     {u"modify"_s, 1},
+                                     {u"notifyMe"_s, -3},
+                                     {u"timeSettings"_s, 2},
+                                     {u"selectedDaysForSchedule"_s, days},
+                                     {u"currentScheduleType"_s, 1},
+                                     {u"isBackupNow"_s, true}},
+                                    std::move(maker));
+    EXPECT_EQ(item.username, u"ann: login"_s);
+    EXPECT_EQ(item.isUseSSL, true);
+    EXPECT_EQ(item.backupType, QNXBackupType::notBackup);
+    EXPECT_EQ(item.status, QNXStatus::completed);
+    EXPECT_EQ(item.scheduleType, QNXScheduleType::restore);
+    EXPECT_EQ(item.modify, QNXModify::kModified);
+    EXPECT_EQ(item.notifyMe, -3);
+    EXPECT_EQ(item.scheduleTimeSettings, QNXTimeSettings::startImmediate);
+    EXPECT_EQ(item.selectedDaysArray, (QVariantList{u"Mon"_s, 4LL}));
+    EXPECT_FALSE(item.currentScheduleType || item.isBackupNow) << "never archived, whatever stands there";
 }
 
 TEST(CorvaneScheduleItemTest, WrongValuesLeaveTheirFieldUnset)
 {
-    const std::tuple<const char *, QVariant, std::optional<QNXFrequency>> rows[] = {
-        {"last", 6, QNXFrequency::none},
-        {"one past", 7, std::nullopt},
-        {"negative", -1, std::nullopt},
-        {"least", std::numeric_limits<qint64>::min(), std::nullopt},
-        {"wraps in 32 bits", 1LL << 32, std::nullopt},
-        {"boolean", true, QNXFrequency::hourly},
-        {"text", text("3"), QNXFrequency::once},
+    const Row<QVariant, std::optional<QNXFrequency>> rows[] = {
+        {"last", 6, QNXFrequency::none},         {"one past", 7, std::nullopt},
+        {"negative", -1, std::nullopt},          {"wraps in 32 bits", 1LL << 32, std::nullopt},
+        {"boolean", true, QNXFrequency::hourly}, {"text", u"3"_s, QNXFrequency::once},
     };
-    for (const auto &[name, frequency, expected] : rows) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(decodedRecord({{text("frequency"), frequency}}).frequency, expected);
-    }
-    const auto item = decodedRecord({{text("username"), 5},
-                                     {text("corvaneUserName"), text("ann")},
-                                     {text("scheduleTime"), text("2026-11-22")},
-                                     {text("selectedDaysForSchedule"), text("Mon")}});
-    EXPECT_EQ(item.username, std::nullopt);
-    EXPECT_EQ(item.corvaneUsername, text("ann"));
-    EXPECT_EQ(item.scheduleTime, std::nullopt);
-    EXPECT_EQ(item.selectedDaysArray, std::nullopt);
+    forEachRow(rows, [](const auto &row) {
+        EXPECT_EQ(decodedRecord({{u"frequency"_s, row.given}}).frequency, row.expected);
+    });
+    const Item item = decodedRecord(
+        {{u"username"_s, 5}, {u"scheduleTime"_s, u"2026-11-22"_s}, {u"selectedDaysForSchedule"_s, u"Mon"_s}});
+    EXPECT_FALSE(item.username || item.scheduleTime || item.selectedDaysArray);
 }
 
 TEST(CorvaneScheduleItemTest, FractionIsCutOffDownwards)
 {
-    for (const double seconds : {-0.25, -1.0}) {
+    const QDateTime first(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
+    const Row<double, qint64> rows[] = {{"after", 45045.75, 45045}, {"before", -0.25, -1}, {"whole", -1, -1}};
+    forEachRow(rows, [&](const auto &row) {
         ArchiveMaker maker;
-        const auto when = QVariant::fromValue(maker.date(seconds));
-        const auto records =
-            scheduleRecordsIn(maker.schedules({maker.record({{text("scheduleTime"), when}})}), Key);
-        EXPECT_EQ(records->front()->scheduleTime, QDateTime(QDate(2000, 12, 31), QTime(23, 59, 59), Qt::UTC));
-    }
+        const auto time = QVariant::fromValue(maker.date(row.given));
+        EXPECT_EQ(decodedRecord({{u"scheduleTime"_s, time}}, std::move(maker)).scheduleTime,
+                  first.addSecs(row.expected));
+    });
 }
 
 TEST(ScheduleArchiveTest, EntriesKeepTheirPlace)
 {
     ArchiveMaker maker;
     const auto item = maker.record({});
-    const auto subclass =
-        maker.object({text("SpecialItem"), text("CorvaneScheduleItem"), text("NSObject")}, {});
-    const auto alien = maker.object({text("Alien"), text("NSObject")}, {{text("frequency"), 2}});
+    const auto subclass = maker.object({u"SpecialItem"_s, u"CorvaneScheduleItem"_s, u"NSObject"_s}, {});
+    const auto alien = maker.object({u"Alien"_s, u"NSObject"_s}, {{u"frequency"_s, 2}});
     const auto records =
-        scheduleRecordsIn(maker.schedules({item, maker.add(text("text")), maker.array({item}), alien,
+        scheduleRecordsIn(maker.schedules({item, maker.add(u"text"_s), maker.array({item}), alien,
                                            PropertyListUid{0}, PropertyListUid{999}, subclass}),
                           Key);
     ASSERT_TRUE(records);
@@ -146,56 +109,56 @@ TEST(ScheduleArchiveTest, EntriesKeepTheirPlace)
 TEST(ScheduleArchiveTest, OnlyAReadableArrayGivesRecords)
 {
     const QTemporaryDir home;
-    const auto path = home.filePath(text("schedules"));
-    ArchiveMaker maker;
-    const auto empty = maker.schedules({});
-    const auto number = maker.add(5);
-    const std::tuple<const char *, QByteArray, bool> rows[] = {
-        {"empty array", empty, true},
-        {"plain property list", "<plist><dict><key>Schedules</key><array/></dict></plist>", false},
-        {"another key", maker.archive(text("root"), maker.array({})), false},
-        {"no array", maker.archive(text("Schedules"), number), false},
-    };
+    const auto path = home.filePath(u"schedules"_s);
     EXPECT_FALSE(contentsOfArchivedFile(std::nullopt, Key));
-    EXPECT_FALSE(contentsOfArchivedFile(QString(), Key));
     EXPECT_FALSE(contentsOfArchivedFile(path, Key));
     EXPECT_FALSE(contentsOfArchivedFile(home.path(), Key));
-    for (const auto &[name, bytes, array] : rows) {
-        SCOPED_TRACE(name);
-        ASSERT_TRUE(AtomicFile::write(path, bytes));
-        const auto records = contentsOfArchivedFile(path, Key);
-        EXPECT_EQ(records.has_value(), array);
-        EXPECT_TRUE(!records || records->empty());
-    }
+    ArchiveMaker maker;
+    const Row<QByteArray, bool> rows[] = {
+        {"empty array", maker.schedules({}), true},
+        {"plain property list", "<plist><dict><key>Schedules</key><array/></dict></plist>", false},
+        {"another key", maker.archive(u"root"_s, maker.array({})), false},
+        {"no array", maker.archive(u"Schedules"_s, maker.add(5)), false},
+    };
+    forEachRow(rows, [&path](const auto &row) {
+        ASSERT_TRUE(AtomicFile::write(path, row.given));
+        EXPECT_EQ(contentsOfArchivedFile(path, Key).has_value(), row.expected);
+    });
 }
 
 TEST(ScheduleArchiveTest, HostileRepetitionIsRefused)
 {
+    static_assert(Limits::ArchiveRecords >= 10'000, "which an account may have");
     ArchiveMaker maker;
-    const auto record = maker.record({{text("username"), QString(2'000'000, u'x')}});
-    EXPECT_FALSE(scheduleRecordsIn(maker.schedules(QList<PropertyListUid>(5000, record)), Key));
+    const auto huge = maker.record({{u"username"_s, QString(2'000'000, u'x')}});
+    EXPECT_FALSE(scheduleRecordsIn(maker.schedules(QList<PropertyListUid>(5000, huge)), Key));
     EXPECT_FALSE(
-        scheduleRecordsIn(maker.schedules(QList<PropertyListUid>(qsizetype(MaxScheduleRecords) + 1, {})), Key));
+        scheduleRecordsIn(maker.schedules(QList<PropertyListUid>(Limits::ArchiveRecords + 1, {})), Key));
 }
 
 TEST(ScheduleTimeTextTest, PatternIsTheSameOnBothClocks)
 {
     const QDateTime afternoon(QDate(2026, 11, 22), QTime(15, 4, 59));
-    const std::tuple<const char *, bool, QString> rows[] = {
-        {"en_US", false, text("11-22-2026 15:04")}, {"de_DE", true, text("11-22-2026 15:04")},
-        {"ja_JP", true, text("11-22-2026 15:04")},  {"en_AU", false, text("11-22-2026 15:04")},
-        {"ar_EG", false, u"١١-٢٢-٢٠٢٦ ١٥:٠٤"_s},   // its own digits: a 12-hour clock keeps its locale
-        {"fa_IR", true, text("11-22-2026 15:04")}, // and a 24-hour clock does not
-        {"C", false, text("11-22-2026 15:04")},
+    const QString usual = u"11-22-2026 15:04"_s;
+    const struct {
+        const char *name;
+        bool is24Hours;
+        QString shown;
+    } rows[] = {
+        {"en_US", false, usual},
+        {"de_DE", true, usual},
+        {"ja_JP", true, usual},
+        {"ar_EG", false, u"١١-٢٢-٢٠٢٦ ١٥:٠٤"_s}, // its own digits: a 12-hour clock keeps its locale
+        {"fa_IR", true, usual},                  // and a 24-hour clock does not
+        {"C", false, usual},
     };
-    CorvaneScheduleItem item;
+    Item item;
     EXPECT_EQ(item.scheduleTimeString(), std::nullopt);
     item.scheduleTime = afternoon.toUTC();
-    for (const auto &[name, is24Hours, shown] : rows) {
-        SCOPED_TRACE(name);
-        const QLocale locale(text(name));
-        EXPECT_EQ(getTimeFormat(locale, afternoon), is24Hours);
-        EXPECT_EQ(getTimeFormat(locale, afternoon.addSecs(-12 * 3600)), is24Hours);
-        EXPECT_EQ(item.scheduleTimeString(locale), shown);
-    }
+    forEachRow(rows, [&](const auto &row) {
+        const QLocale locale(QString::fromLatin1(row.name));
+        EXPECT_EQ(getTimeFormat(locale, afternoon), row.is24Hours);
+        EXPECT_EQ(getTimeFormat(locale, afternoon.addSecs(-12 * 3600)), row.is24Hours);
+        EXPECT_EQ(item.scheduleTimeString(locale), row.shown);
+    });
 }

@@ -1,6 +1,7 @@
 #include "Classes/Schedules/ScheduleRules.h"
 
-#include <gtest/gtest.h>
+#include "Tests/Support/ForEachRow.h"
+#include "Tests/Support/PrintQt.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,7 +12,7 @@ const QDateTime Now(QDate(2026, 11, 22), QTime(12, 0, 0, 500), Qt::UTC);
 CorvaneScheduleItem job(const char *name, qint64 secondsAhead, QNXFrequency frequency = QNXFrequency::daily)
 {
     CorvaneScheduleItem item;
-    item.destination = QString::fromLatin1(name); // what the rows below tell the jobs apart by
+    item.destination = QString::fromLatin1(name);
     item.profileName = u"login"_s;
     item.corvaneUsername = u"ann"_s;
     item.frequency = frequency;
@@ -19,27 +20,35 @@ CorvaneScheduleItem job(const char *name, qint64 secondsAhead, QNXFrequency freq
     return item;
 }
 
-template<class Change>
-CorvaneScheduleItem changed(CorvaneScheduleItem item, Change change)
+template<class Field, class Value>
+CorvaneScheduleItem with(CorvaneScheduleItem item, Field field, Value value)
 {
-    change(item);
+    item.*field = value;
     return item;
 }
 
+/// What tells the job apart; "-" for none.
+template<class Job>
+QString nameOf(const Job &found)
+{
+    return found ? found->destination.value_or(u"?"_s) : u"-"_s;
+}
+
+using Item = CorvaneScheduleItem;
 const ScheduleOwner Owner{u"login"_s, u"ann"_s};
 } // namespace
 
 TEST(ScheduleRulesTest, NextJobIsTheLeastInSignedMinutes)
 {
-    const auto otherLogin = changed(job("other login", 60), [](auto &j) { j.profileName = u"bob"_s; });
-    const auto noLogin = changed(job("no login", 60), [](auto &j) { j.profileName.reset(); });
-    const auto otherAccount = changed(job("other account", 60), [](auto &j) { j.corvaneUsername.reset(); });
-    const auto undated = changed(job("undated", 60), [](auto &j) { j.scheduleTime.reset(); });
-    const auto unsetFrequency = changed(job("unset", 60), [](auto &j) { j.frequency.reset(); });
+    const auto otherLogin = with(job("other login", 60), &Item::profileName, u"bob"_s);
+    const auto noLogin = with(job("no login", 60), &Item::profileName, std::nullopt);
+    const auto otherAccount = with(job("other account", 60), &Item::corvaneUsername, std::nullopt);
+    const auto undated = with(job("undated", 60), &Item::scheduleTime, std::nullopt);
+    const auto unsetFrequency = with(job("unset", 60), &Item::frequency, std::nullopt);
     const auto late = job("late", 5400);
     const auto once = [](qint64 seconds) { return job("once", seconds, QNXFrequency::once); };
-    const std::tuple<const char *, ScheduleRecords, const char *> rows[] = {
-        {"none", {}, nullptr},
+    const Row<ScheduleRecords, const char *> rows[] = {
+        {"none", {}, "-"},
         {"the sooner, first in the file", {job("soon", 1800), late}, "soon"},
         {"the sooner, last in the file", {late, job("soon", 1800)}, "soon"},
         {"past before future", {job("ahead", 600), job("past", -600)}, "past"},
@@ -47,95 +56,73 @@ TEST(ScheduleRulesTest, NextJobIsTheLeastInSignedMinutes)
         {"same minute, file order", {job("45 s", 45), job("20 s", 20)}, "45 s"},
         {"59 seconds to either side are one minute", {job("ahead", 59), job("past", -59)}, "ahead"},
         {"60 seconds past are not", {job("ahead", 59), job("past", -60)}, "past"},
-        {"only jobs to be started at once", {once(60), once(600)}, nullptr},
+        {"only jobs to be started at once", {once(60), once(600)}, "-"},
         {"job to be started at once wins a tie", {once(30), job("daily", 10)}, "once"},
         {"but not by being sooner", {once(-6000), job("daily", 600)}, "daily"},
         {"other owners and undated jobs", {otherLogin, noLogin, otherAccount, undated, late}, "late"},
         {"unset frequency counts as dated", {late, unsetFrequency}, "unset"},
-        {"entry that is no item", {late, std::nullopt}, nullptr},
+        {"entry that is no item", {late, std::nullopt}, "-"},
     };
-    for (const auto &[name, records, wanted] : rows) {
-        const auto *next = nextScheduledItem(records, Now, Owner);
-        EXPECT_EQ(next ? next->destination : std::nullopt,
-                  wanted ? std::optional(QString::fromLatin1(wanted)) : std::nullopt)
-            << name;
-    }
-    const ScheduleRecords records{late, noLogin};
-    const auto *ofNobody = nextScheduledItem(records, Now, {std::nullopt, u"ann"_s});
-    ASSERT_TRUE(ofNobody);
-    EXPECT_EQ(ofNobody->destination, u"no login");
+    forEachRow(rows, [](const auto &row) {
+        EXPECT_EQ(nameOf(nextScheduledItem(row.given, Now, Owner)).toStdString(), row.expected);
+    });
+    EXPECT_EQ(nameOf(nextScheduledItem({late, noLogin}, Now, {std::nullopt, u"ann"_s})), u"no login"_s);
 }
 
-TEST(ScheduleRulesTest, ImmediateJobIsTheFirstOfWhateverUser)
+TEST(ScheduleRulesTest, ImmediateAndRunningJobAreTheFirstOfWhateverUser)
 {
-    const auto others = changed(job("bob's", 0, QNXFrequency::once), [](auto &j) { j.profileName = u"bob"_s; });
-    const ScheduleRecords records{job("daily", 0), others, job("ann's", 0, QNXFrequency::once)};
-    const auto *found = immediateScheduledItem(records);
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->destination, u"bob's");
-    EXPECT_FALSE(immediateScheduledItem(
-        {job("daily", 0), changed(job("unset", 0), [](auto &j) { j.frequency.reset(); })}));
-    EXPECT_FALSE(immediateScheduledItem({others, std::nullopt}));
-}
-
-TEST(ScheduleRulesTest, RunningJobIsFoundPastOtherEntries)
-{
-    const auto running = changed(job("running", 0), [](auto &j) { j.status = QNXStatus::inProgress; });
-    const ScheduleRecords records{std::nullopt, job("idle", 0), running, job("idle", 0)};
-    const auto *found = runningScheduledItem(records);
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->destination, u"running");
-    EXPECT_FALSE(runningScheduledItem({std::nullopt, job("idle", 0)}));
+    const auto others = with(job("bob's", 0, QNXFrequency::once), &Item::profileName, u"bob"_s);
+    const auto daily = job("daily", 0);
+    const auto running = with(daily, &Item::status, QNXStatus::inProgress);
+    const struct {
+        const char *name;
+        ScheduleRecords records;
+        const char *immediate, *running;
+    } rows[] = {
+        {"immediate ones", {daily, others, job("ann's", 0, QNXFrequency::once)}, "bob's", "-"},
+        {"unset frequency", {daily, with(daily, &Item::frequency, std::nullopt)}, "-", "-"},
+        {"immediate beside no item", {others, std::nullopt}, "-", "-"},
+        {"running past other entries", {std::nullopt, others, running}, "-", "daily"},
+    };
+    forEachRow(rows, [](const auto &row) {
+        EXPECT_EQ(nameOf(immediateScheduledItem(row.records)).toStdString(), row.immediate);
+        EXPECT_EQ(nameOf(runningScheduledItem(row.records)).toStdString(), row.running);
+    });
 }
 
 TEST(ScheduleRulesTest, AccountOfAJob)
 {
-    const std::tuple<const char *, std::optional<QString>, std::optional<QString>, const char *, const char *>
-        rows[] = {
-            {"both", u"eng: login"_s, u"ann"_s, "eng", "ann"},
-            {"two separators", u"eng: a: b"_s, std::nullopt, "eng", ""},
-            {"no blank", u"eng:login"_s, u"ann"_s, "eng:login", "ann"},
-            {"nothing before it", u": login"_s, u"ann"_s, "", "ann"},
-            {"unset", std::nullopt, std::nullopt, "", ""},
-        };
-    for (const auto &[name, username, corvaneUsername, engine, other] : rows) {
-        SCOPED_TRACE(name);
-        CorvaneScheduleItem item;
-        item.username = username;
-        item.corvaneUsername = corvaneUsername;
-        EXPECT_EQ(scheduleAccount(item, true).toStdString(), engine);
-        EXPECT_EQ(scheduleAccount(item, false).toStdString(), other);
-    }
-}
-
-TEST(ScheduleRulesTest, JobsOfAUserByTheWholeText)
-{
-    const auto owned = [](const char *name, const char *username) {
-        return changed(job(name, 0), [&](auto &j) { j.username = QString::fromLatin1(username); });
+    const struct {
+        const char *name;
+        std::optional<QString> username, corvaneUsername;
+        const char *engine, *other;
+    } rows[] = {
+        {"both", u"eng: login"_s, u"ann"_s, "eng", "ann"},
+        {"two separators", u"eng: a: b"_s, std::nullopt, "eng", ""},
+        {"no blank", u"eng:login"_s, u"ann"_s, "eng:login", "ann"},
+        {"nothing before it", u": login"_s, u"ann"_s, "", "ann"},
+        {"unset", std::nullopt, std::nullopt, "", ""},
     };
-    const ScheduleRecords records{owned("1", "ann: login"), std::nullopt, job("unset", 0),
-                                  owned("2", "ann: log"), owned("3", "ann: login")};
-    const auto items = schedulesOfUser(records, u"ann: login"_s);
-    ASSERT_EQ(items.size(), 2U);
-    EXPECT_EQ(items[0].destination, u"1");
-    EXPECT_EQ(items[1].destination, u"3");
-    EXPECT_TRUE(schedulesOfUser(records, QString()).empty());
+    forEachRow(rows, [](const auto &row) {
+        const auto item =
+            with(with({}, &Item::username, row.username), &Item::corvaneUsername, row.corvaneUsername);
+        EXPECT_EQ(scheduleAccount(item, true).toStdString(), row.engine);
+        EXPECT_EQ(scheduleAccount(item, false).toStdString(), row.other);
+    });
 }
 
 TEST(ScheduleRulesTest, OnlineBackupOfAnOwner)
 {
-    const auto typed = [](std::optional<QNXBackupType> type) {
-        return changed(job("x", 0), [&](auto &j) { j.backupType = type; });
-    };
-    const auto online = typed(QNXBackupType::onlineBackup);
-    const std::tuple<const char *, ScheduleRecords, bool> rows[] = {
+    const auto online = with(job("x", 0), &Item::backupType, QNXBackupType::onlineBackup);
+    const auto local = with(online, &Item::backupType, QNXBackupType::localBackup);
+    const auto unset = with(online, &Item::backupType, std::nullopt);
+    const Row<ScheduleRecords, bool> rows[] = {
         {"none", {}, false},
-        {"after others", {typed(QNXBackupType::localBackup), typed({}), online}, true},
-        {"of another login", {changed(online, [](auto &j) { j.profileName.reset(); })}, false},
-        {"of another account", {changed(online, [](auto &j) { j.corvaneUsername = u"bob"_s; })}, false},
+        {"after others", {local, unset, online}, true},
+        {"of another login", {with(online, &Item::profileName, std::nullopt)}, false},
+        {"of another account", {with(online, &Item::corvaneUsername, u"bob"_s)}, false},
         {"before an entry that is no item", {online, std::nullopt}, true},
         {"after an entry that is no item", {std::nullopt, online}, false},
     };
-    for (const auto &[name, records, found] : rows)
-        EXPECT_EQ(hasOnlineBackup(records, Owner), found) << name;
+    forEachRow(rows, [](const auto &row) { EXPECT_EQ(hasOnlineBackup(row.given, Owner), row.expected); });
 }

@@ -1,4 +1,5 @@
 #include "Platform/SessionBus/DistributedNotificationCenter.h"
+#include "Platform/BusAddress.h"
 #include "Platform/MainThread.h"
 #include "Tests/Support/PrintQt.h"
 #include "Tests/Support/PrivateBus.h"
@@ -9,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -19,11 +19,6 @@ namespace
 {
 constexpr std::chrono::milliseconds QuickRetry{5};
 
-struct Heard {
-    QString object;
-    QVariantMap userInfo;
-};
-
 /// An observation that keeps what it hears.
 class Listener
 {
@@ -31,13 +26,13 @@ public:
     Listener(DistributedNotificationCenter &center, const QString &name)
         : m_observation(center.observe(name, [this](const QString &object, const QVariantMap &userInfo) {
               onMainThread = onMainThread && isMainThread();
-              heard.push_back({object, userInfo});
+              heard.emplace_back(object, userInfo);
           }))
     {
     }
     void stop() { m_observation.reset(); }
 
-    std::vector<Heard> heard;
+    std::vector<std::pair<QString, QVariantMap>> heard; // object and user info
     bool onMainThread = true;
 
 private:
@@ -71,7 +66,7 @@ protected:
 };
 } // namespace
 
-TEST_F(DistributedNotifications, CarryEachKindOfValueToAnotherProgramAndBack)
+TEST_F(DistributedNotifications, CarryEachKindOfValueToAnotherProgramFromAnyThread)
 {
     DistributedNotificationCenter other(QuickRetry);
     const QVariantMap userInfo{
@@ -82,10 +77,9 @@ TEST_F(DistributedNotifications, CarryEachKindOfValueToAnotherProgramAndBack)
         {u"inner"_s, QVariantMap{{u"deep"_s, QVariantMap{{u"n"_s, 1}}}, {u"texts"_s, QStringList{u"b"_s}}}}};
     Listener listener(center, u"changeLanguage"_s);
     settle();
-    other.post(u"changeLanguage"_s, u"from"_s, userInfo);
+    std::thread([&] { other.post(u"changeLanguage"_s, u"from"_s, userInfo); }).join();
     ASSERT_TRUE(waitUntil([&] { return !listener.heard.empty(); }));
-    EXPECT_EQ(listener.heard.front().object, u"from"_s);
-    EXPECT_EQ(listener.heard.front().userInfo, userInfo);
+    EXPECT_EQ(listener.heard.front(), std::pair(u"from"_s, userInfo));
     EXPECT_TRUE(listener.onMainThread);
 }
 
@@ -100,32 +94,25 @@ TEST_F(DistributedNotifications, DropWhatNoNotificationHolds)
     postFrom(client, {u"moveStarting"_s, QString(), QVariantMap()});           // another name
     postFrom(client, {u"moveStarted"_s, QString(),
                       QVariantMap{{u"fraction"_s, 1.5},
-                                  {u"bytes"_s, QByteArray("x")},
-                                  {u"mixed"_s, QVariantList{1, u"a"_s}},
                                   {u"wrapped"_s, QVariant::fromValue(QDBusVariant(u"inside"_s))},
                                   {u"whole"_s, 4}}});
     ASSERT_TRUE(waitUntil([&] { return !listener.heard.empty(); }));
     settle();
     ASSERT_EQ(listener.heard.size(), 1U);
-    EXPECT_EQ(listener.heard.front().userInfo, (QVariantMap{{u"whole"_s, 4}, {u"wrapped"_s, u"inside"_s}}));
+    EXPECT_EQ(listener.heard.front().second, (QVariantMap{{u"whole"_s, 4}, {u"wrapped"_s, u"inside"_s}}));
 }
 
 TEST_F(DistributedNotifications, ReachEachObserverOnceUntilItsObservationEnds)
 {
     Listener first(center, u"EnableDisableSync"_s);
     Listener second(center, u"EnableDisableSync"_s);
-    Listener other(center, u"RecalQuotaForSync"_s);
     center.post(u"EnableDisableSync"_s);
     settle();
     first.stop();
     center.post(u"EnableDisableSync"_s);
     settle();
-    second.stop();
-    center.post(u"EnableDisableSync"_s);
-    settle();
     EXPECT_EQ(first.heard.size(), 1U);
     EXPECT_EQ(second.heard.size(), 2U);
-    EXPECT_EQ(other.heard.size(), 0U);
 }
 
 TEST_F(DistributedNotifications, MayEndTheCentreFromAHandler)
@@ -144,16 +131,6 @@ TEST_F(DistributedNotifications, MayEndTheCentreFromAHandler)
     later.reset(); // harmless once the centre has gone
 }
 
-TEST_F(DistributedNotifications, AreWithTheBusWhenPostReturnsOnAnyThread)
-{
-    Listener listener(center, u"fromThread"_s);
-    settle();
-    std::thread([this] { center.post(u"fromThread"_s, {}, {{u"n"_s, 1}}); }).join();
-    settle();
-    ASSERT_EQ(listener.heard.size(), 1U);
-    EXPECT_TRUE(listener.onMainThread);
-}
-
 TEST_F(DistributedNotifications, AreHeardWhenALateOrALostBusComes)
 {
     bus.stop();
@@ -170,8 +147,8 @@ TEST_F(DistributedNotifications, AreHeardWhenALateOrALostBusComes)
     const BusClient client(bus);
     postFrom(client, {u"ReloadPreferences"_s, u"after"_s, QVariantMap()});
     ASSERT_TRUE(waitUntil([&] { return !listener.heard.empty() && !alsoThere.heard.empty(); }));
-    EXPECT_EQ(listener.heard.front().object, u"after"_s);
-    EXPECT_EQ(alsoThere.heard.front().object, u"after"_s);
+    EXPECT_EQ(listener.heard.front().first, u"after"_s);
+    EXPECT_EQ(alsoThere.heard.front().first, u"after"_s);
 }
 
 TEST(SessionBusAddress, IsTheGivenOneOrTheSocketOfTheRuntimeFolder)
@@ -180,19 +157,15 @@ TEST(SessionBusAddress, IsTheGivenOneOrTheSocketOfTheRuntimeFolder)
     const QByteArray addressBefore = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     const QByteArray folderBefore = qgetenv("XDG_RUNTIME_DIR");
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    qputenv("XDG_RUNTIME_DIR", home.path(QString()).toUtf8());
-
-    EXPECT_EQ(sessionBusAddress(), std::nullopt) << "no socket in the runtime folder";
-    home.write(u"bus"_s, {});
-    EXPECT_EQ(sessionBusAddress(), QString(u"unix:path="_s + home.path(QString()) + u"/bus"_s));
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/given");
-    EXPECT_EQ(sessionBusAddress(), u"unix:path=/given"_s);
     qunsetenv("XDG_RUNTIME_DIR");
-    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    EXPECT_EQ(sessionBusAddress(), std::nullopt);
-
-    if (!addressBefore.isNull())
-        qputenv("DBUS_SESSION_BUS_ADDRESS", addressBefore);
-    if (!folderBefore.isNull())
-        qputenv("XDG_RUNTIME_DIR", folderBefore);
+    EXPECT_EQ(BusAddress::current(), std::nullopt);
+    qputenv("XDG_RUNTIME_DIR", home.path(QString()).toUtf8());
+    EXPECT_EQ(BusAddress::current(), std::nullopt) << "no socket in the runtime folder";
+    home.write(u"bus"_s, {});
+    EXPECT_EQ(BusAddress::current(), QString(u"unix:path="_s + home.path(QString()) + u"/bus"_s));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/given");
+    EXPECT_EQ(BusAddress::current(), u"unix:path=/given"_s);
+    addressBefore.isNull() ? qunsetenv("DBUS_SESSION_BUS_ADDRESS")
+                           : qputenv("DBUS_SESSION_BUS_ADDRESS", addressBefore);
+    folderBefore.isNull() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", folderBefore);
 }

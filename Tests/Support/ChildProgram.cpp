@@ -68,6 +68,12 @@ void ChildProgram::kill()
     reap();
 }
 
+void ChildProgram::signal(int number) const
+{
+    if (m_pid > 0)
+        ::kill(m_pid, number);
+}
+
 void ChildProgram::closeInput()
 {
     if (const int input = std::exchange(m_input, -1); input >= 0)

@@ -22,6 +22,8 @@ public:
     /// What has been printed since the last call; waits up to `milliseconds` for something.
     [[nodiscard]] QByteArray read(int milliseconds) const;
 
+    void signal(int number) const;
+
     /// Ends its input and returns when the program has ended by itself.
     void finish();
     /// Ends it at once, and returns when it is gone.

@@ -5,6 +5,8 @@
 #include <QDBusConnection>
 #include <QString>
 
+#include <csignal>
+
 /// A session bus of its own for one test: the one that $DBUS_SESSION_BUS_ADDRESS names while the object lives.
 /// It can be taken away and brought back, at the same address.
 class PrivateBus
@@ -22,6 +24,10 @@ public:
     void start();
     /// Kills the bus and returns when it is gone.
     void stop();
+
+    /// Has the bus take connections and answer nothing, and answer again. It thaws before it is stopped.
+    void freeze() const { m_daemon.signal(SIGSTOP); }
+    void thaw() const { m_daemon.signal(SIGCONT); }
 
     [[nodiscard]] const QString &address() const { return m_address; }
 

@@ -64,6 +64,8 @@ const LocalizedText cloudDriveSynced{QT_TRANSLATE_NOOP("Localizable", "Cloud Dri
 
 const LocalizedText monitorTooltipStart{QT_TRANSLATE_NOOP(
     "Localizable", "%@ keeps watch here. Click the icon to see your backups and to change your settings.")};
+const LocalizedText runsButDoesNotAnswer{
+    QT_TRANSLATE_NOOP("Localizable", "%@ is already running, but it does not answer.")};
 const LocalizedText isUpToDate{QT_TRANSLATE_NOOP("Localizable", " is up-to-date")};
 
 const LocalizedText startApplication{QT_TRANSLATE_NOOP("Localizable", "Start application")};

@@ -69,8 +69,9 @@ extern const LocalizedText accountCancelledTooltip;   ///< one: product name
 extern const LocalizedText cloudDriveUpToDate;        ///< never shown as such, see cloudDriveSynced
 extern const LocalizedText cloudDriveSynced;
 
-extern const LocalizedText monitorTooltipStart; ///< help after an installation; one placeholder: product name
-extern const LocalizedText isUpToDate;          ///< the end of a sentence that begins with the product name
+extern const LocalizedText monitorTooltipStart;  ///< help after an installation; one placeholder: product name
+extern const LocalizedText runsButDoesNotAnswer; ///< of a second start; one placeholder: product name
+extern const LocalizedText isUpToDate;           ///< the end of a sentence that begins with the product name
 
 extern const LocalizedText startApplication;
 extern const LocalizedText accessCorvaneWeb; ///< one placeholder: product name

@@ -1,6 +1,7 @@
 #include "Utility/Language/LanguageManager.h"
 
 #include "Platform/PropertyList.h"
+#include "Source/Logger/WriteTrace.h"
 #include "Utility/Language/LocalizedBundle.h"
 #include "Utility/QNUtility.h"
 
@@ -49,15 +50,31 @@ QString LanguageManager::currentLanguage() const
     return language;
 }
 
-void LanguageManager::store(const QString &language)
+bool LanguageManager::save()
 {
-    m_defaults.setValue(languageKey, QVariantList{language});
-    m_defaults.synchronize();
+    return traceFailure(m_defaults.path(), m_defaults.synchronize());
 }
 
 void LanguageManager::setCurrentLanguage(const QString &language)
 {
-    m_synchronizationQueue.sync([&] { store(language.toLower()); });
+    m_synchronizationQueue.sync([&] {
+        m_defaults.setValue(languageKey, QVariantList{language.toLower()});
+        save();
+    });
+}
+
+void LanguageManager::follow(const std::optional<QVariantMap> &stored, const QString &language)
+{
+    m_synchronizationQueue.sync([&] {
+        m_defaults.setValue(languageKey, QVariantList{language},
+                            stored.value_or(QVariantMap()).value(languageKey));
+        save();
+    });
+}
+
+std::optional<QVariantMap> LanguageManager::storedSettings() const
+{
+    return PropertyList::readDictionary(m_defaults.path(), nullptr, Limits::SharedListBytes);
 }
 
 void LanguageManager::updateLanguage(const QString &language)
@@ -80,25 +97,34 @@ std::optional<SupportedLanguage> LanguageManager::supportedLanguage() const
     }
 }
 
+QString LanguageManager::persistedLanguage(const std::optional<QVariantMap> &stored) const
+{
+    const QString language =
+        firstLanguage(stored.value_or(QVariantMap()).value(languageKey)).value_or(QString());
+    return supportedLanguages.contains(language) ? language : fallbackLanguage;
+}
+
 QString LanguageManager::getPersistedAppLanguage() const
 {
-    const QVariantMap stored = PropertyList::readDictionary(m_defaults.path()).value_or(QVariantMap());
-    const QString language = firstLanguage(stored.value(languageKey)).value_or(QString());
-    return supportedLanguages.contains(language) ? language : fallbackLanguage;
+    return persistedLanguage(storedSettings());
 }
 
 void LanguageManager::loadCurrentLanguage()
 {
-    const QString persisted = getPersistedAppLanguage();
+    // The file knows nothing yet of a language that could not be written.
+    if (m_defaults.isPending(languageKey))
+        return;
+    const auto stored = storedSettings();
+    const QString persisted = persistedLanguage(stored);
     if (persisted != currentLanguage())
-        setCurrentLanguage(persisted);
+        follow(stored, persisted);
 }
 
 void LanguageManager::setInitialAppLanguage(const QString &systemLanguageCode)
 {
-    const QString language =
-        initialLanguage(PropertyList::readDictionary(m_defaults.path()), systemLanguageCode);
-    m_synchronizationQueue.sync([&] { store(language); });
+    const auto stored = storedSettings();
+    const QString language = initialLanguage(stored, systemLanguageCode);
+    follow(stored, language);
     LocalizedBundle::main().forceLanguage(language);
 }
 

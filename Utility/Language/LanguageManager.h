@@ -36,10 +36,13 @@ public:
     /// The current language as a case, none for any that the monitor does not speak.
     [[nodiscard]] std::optional<SupportedLanguage> supportedLanguage() const;
 
+    /// Writes what could not be written until now; false where it still can't be.
+    bool save();
+
     /// What the preferences file holds now: one of "en", "es", "ja"; "en" for anything else.
     [[nodiscard]] QString getPersistedAppLanguage() const;
     [[nodiscard]] QString getSystemPreferredLanguage() const { return fallbackLanguage; }
-    /// Makes the persisted language the current one.
+    /// Makes the persisted language the current one, unless the current one is still to be written.
     void loadCurrentLanguage();
     /// Chooses the language of this process at start and stores it: the system's at a first run, the stored one
     /// where the monitor speaks it, else English.
@@ -53,7 +56,10 @@ public:
 
 private:
     [[nodiscard]] std::optional<StringTable> table(const QString &language, const QString &name) const;
-    void store(const QString &language);
+    [[nodiscard]] std::optional<QVariantMap> storedSettings() const;
+    [[nodiscard]] QString persistedLanguage(const std::optional<QVariantMap> &stored) const;
+    /// Sets a language that was worked out from these settings.
+    void follow(const std::optional<QVariantMap> &stored, const QString &language);
 
     const Bundle &m_bundle;
     UserDefaults &m_defaults;

@@ -4,6 +4,7 @@
 #include "Platform/Bundle.h"
 #include "Platform/Home.h"
 #include "Platform/PropertyList.h"
+#include "Utility/Paths/AccountNames.h"
 
 namespace QNUtility
 {
@@ -14,25 +15,33 @@ PathTable::PathTable(Loader load) : m_load(std::move(load))
 {
 }
 
-std::shared_ptr<const PathTable::Entries> PathTable::entries() const
+std::shared_ptr<const PathTable::Content> PathTable::content() const
 {
     if (m_loaded.load(std::memory_order_acquire))
-        return m_entries;
+        return m_content;
     const std::lock_guard lock(m_loading);
-    if (!m_entries) {
-        if (auto loaded = m_load())
-            m_entries = std::make_shared<const Entries>(std::move(*loaded));
-        m_loaded.store(m_entries != nullptr, std::memory_order_release);
+    if (!m_content) {
+        if (auto loaded = m_load()) {
+            auto names = AccountNames::ownNames(*loaded);
+            m_content = std::make_shared<const Content>(Content{std::move(*loaded), std::move(names)});
+        }
+        m_loaded.store(m_content != nullptr, std::memory_order_release);
     }
-    return m_entries;
+    return m_content;
 }
 
 QString PathTable::value(const QString &key, EUserType userType) const
 {
     if (userType == EUserType::Dedup && key == u"ExecuterPathTQL")
         return value(QStringLiteral("ExecuterPathDedupTQL"), userType);
-    const auto table = entries();
-    return table ? table->value(key, key) : key;
+    const auto table = content();
+    return table ? table->entries.value(key, key) : key;
+}
+
+bool PathTable::hasFiles(const QString &account) const
+{
+    const auto table = content();
+    return table && AccountNames::isPathComponent(account) && !table->ownNames.contains(account);
 }
 
 namespace
@@ -74,5 +83,17 @@ QString pathValue(QLatin1String key)
 
 QString pathValue(QLatin1String key, const QStringList &arguments)
 {
-    return standardizedPath(formatted(pathValue(key), arguments));
+    // The one's placeholder is a home directory, the other's a file's name.
+    const bool namesAccount =
+        key != QLatin1String("RemoteManageInfoPath") && key != QLatin1String("ProxySettingFilePath");
+    return namesAccount ? accountPath(pathValue(key), arguments)
+                        : standardizedPath(formatted(pathValue(key), arguments));
+}
+
+QString accountPath(const QString &format, const QStringList &arguments)
+{
+    const bool hasPlaceholder = format.contains(QLatin1String("%@")) || format.contains(QLatin1String("$@"));
+    if (hasPlaceholder && !arguments.isEmpty() && !bundleTable().hasFiles(arguments.last()))
+        return {};
+    return standardizedPath(formatted(format, arguments));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 
 #include <atomic>
@@ -33,12 +34,20 @@ public:
     /// of ExecuterPathDedupTQL.
     [[nodiscard]] QString value(const QString &key, EUserType userType) const;
 
+    /// Whether an account of that name has files: AccountNames::isPathComponent(), and none of the product's
+    /// own names.
+    [[nodiscard]] bool hasFiles(const QString &account) const;
+
 private:
-    [[nodiscard]] std::shared_ptr<const Entries> entries() const;
+    struct Content {
+        Entries entries;
+        QSet<QString> ownNames;
+    };
+    [[nodiscard]] std::shared_ptr<const Content> content() const;
 
     Loader m_load;
     mutable std::mutex m_loading;
-    mutable std::shared_ptr<const Entries> m_entries; // set once, under the lock
+    mutable std::shared_ptr<const Content> m_content; // set once, under the lock
     mutable std::atomic<bool> m_loaded = false;
 };
 
@@ -48,5 +57,10 @@ private:
 /// As above for a key that is given as a literal.
 [[nodiscard]] QString pathValue(QLatin1String key);
 
-/// As pathValue(), with the placeholders filled in and the result standardised as a path.
+/// As pathValue(), with the placeholders filled in and the result standardised as a path. The last argument is
+/// an account name, save for the keys whose placeholder is something else; empty where that name forms no path.
 [[nodiscard]] QString pathValue(QLatin1String key, const QStringList &arguments);
+
+/// The same for a value of the table that was looked up before; every path of an account is formed here. A
+/// format without a placeholder is the same file for all accounts, and needs no name.
+[[nodiscard]] QString accountPath(const QString &format, const QStringList &arguments);

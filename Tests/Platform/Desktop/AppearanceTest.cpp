@@ -57,45 +57,38 @@ const QStringList PanelKey{QStringLiteral("xfce4-panel"), QStringLiteral("/panel
 
 TEST(Appearance, ThePanelAndTheWindowsAreAskedForApart)
 {
-    const struct {
-        const char *name, *desktop;
-        uint scheme; ///< 1 dark, 2 light
-        std::optional<QVariant> xfcePanel;
-        bool panel, windows;
-    } rows[] = {
-        {"a bar that is always dark, light windows", "ubuntu:GNOME", 2, {}, true, false},
-        {"the same, dark windows", "GNOME", 1, {}, true, true},
-        {"a dark panel, light windows", "XFCE", 2, true, true, false},
-        {"a light panel, dark windows", "XFCE", 1, false, false, true},
-        {"a panel that nobody has set", "XFCE", 2, {}, true, false},
-        {"one scheme for both, dark", "KDE", 1, {}, true, true},
-        {"one scheme for both, light", "KDE", 2, {}, false, false},
+    const std::tuple<const char *, uint, std::optional<QVariant>, bool, bool> rows[] = {
+        {"ubuntu:GNOME", 2, {}, true, false}, // a bar that is always dark
+        {"XFCE", 2, true, true, false},       {"XFCE", 1, false, false, true},
+        {"XFCE", 2, {}, true, false}, // a panel that nobody has set
+        {"KDE", 2, {}, false, false}, // one scheme for both
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[desktop, scheme, xfcePanel, isPanelDark, areWindowsDark] : rows) {
         const QTemporaryDir folder;
         const PrivateBus bus(folder.path());
         SettingService portal(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", Scheme,
-                              row.scheme);
-        SettingService panel(bus, "org.xfce.Xfconf", "/org/xfce/Xfconf", PanelKey, row.xfcePanel);
-        const BusClient client(bus);
-        const Appearance appearance(
-            QLatin1String(row.desktop), [] {}, [] {}, client.connection());
-        EXPECT_TRUE(waitUntil([&] { return appearance.isDark() == row.panel && portal.asked == 1; }));
-        EXPECT_TRUE(waitUntil([&] { return appearance.isDesktopDark() == row.windows; }));
+                              scheme);
+        SettingService panel(bus, "org.xfce.Xfconf", "/org/xfce/Xfconf", PanelKey, xfcePanel);
+        BusLink link;
+        link.start();
+        const Appearance look(
+            QLatin1String(desktop), [] {}, [] {}, link);
+        EXPECT_TRUE(waitUntil([&] { return portal.asked == 1 && look.isDark() == isPanelDark; })) << desktop;
+        EXPECT_TRUE(waitUntil([&] { return look.isDesktopDark() == areWindowsDark; })) << desktop;
     }
 }
 
 TEST(Appearance, EachChangeIsToldToThoseWhomItConcerns)
 {
     const QTemporaryDir folder;
-    const PrivateBus bus(folder.path());
+    PrivateBus bus(folder.path());
     SettingService portal(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", Scheme, 2u);
     SettingService panel(bus, "org.xfce.Xfconf", "/org/xfce/Xfconf", PanelKey, true);
-    const BusClient client(bus);
+    BusLink link(std::chrono::milliseconds(5));
+    link.start();
     int panelChanges = 0, windowChanges = 0;
     const Appearance appearance(
-        QStringLiteral("XFCE"), [&] { ++panelChanges; }, [&] { ++windowChanges; }, client.connection());
+        QStringLiteral("XFCE"), [&] { ++panelChanges; }, [&] { ++windowChanges; }, link);
     // Only the panel's own answer makes it dark, so it has come by then; the portal's goes before its next
     // word.
     ASSERT_TRUE(waitUntil([&] { return appearance.isDark() && portal.asked == 1; }));
@@ -111,4 +104,13 @@ TEST(Appearance, EachChangeIsToldToThoseWhomItConcerns)
     EXPECT_TRUE(waitUntil([&] { return !appearance.isDark(); }));
     EXPECT_EQ(panelChanges, 1);
     EXPECT_EQ(windowChanges, 1);
+
+    bus.stop();
+    ASSERT_TRUE(waitUntil([&] { return !link.connection(); }));
+    bus.start();
+    ASSERT_TRUE(waitUntil([&] { return link.connection() != nullptr; }));
+    SettingService portalAgain(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", Scheme,
+                               {});
+    portalAgain.change("org.freedesktop.portal.Settings", "SettingChanged", 2u);
+    EXPECT_TRUE(waitUntil([&] { return !appearance.isDesktopDark(); })) << "on the bus that has come back";
 }

@@ -1,5 +1,7 @@
 #include "Platform/Desktop/Applications.h"
 #include "Platform/Desktop/ApplicationService.h"
+#include "Platform/Home.h"
+#include "Platform/Umask.h"
 #include "Tests/Support/PrintQt.h"
 #include "Tests/Support/PrivateBus.h"
 #include "Tests/Support/TemporaryHome.h"
@@ -9,6 +11,10 @@
 #include <QFile>
 #include <QTest>
 
+#include <csignal>
+
+#include <sys/stat.h>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -17,10 +23,19 @@ namespace
 {
 const QString Identifier = u"com.example.Some-App"_s;
 
+bool isOwned(const BusLink &link)
+{
+    const auto connection = link.connection();
+    return connection && connection->bus().interface()->isServiceRegistered(Identifier);
+}
+
 QString script(const TemporaryHome &home, const QString &name)
 {
     const QString file = home.path(name);
-    home.write(file, "#!/bin/sh\npwd > answer.part\nmv answer.part answer\n");
+    home.write(
+        file,
+        "#!/bin/sh\n{ pwd; umask; sed -n 's/^SigIgn:\t//p' /proc/$$/status; echo \"$*\"; } > answer.part\n"
+        "mv answer.part answer\n");
     QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return file;
 }
@@ -35,37 +50,53 @@ TEST(Applications, ActivationReachesTheOwnerOfTheName)
 {
     const TemporaryHome home;
     const PrivateBus bus(home.path(QString()));
-    const BusClient caller(bus), owner(bus), other(bus);
-    int activations = 0;
+    BusLink link, otherLink;
+    link.start();
+    otherLink.start();
+    int activations = 0, inherited = 0;
+    ApplicationService heir(
+        Identifier, [&] { ++inherited; }, otherLink);
     {
         ApplicationService service(
-            Identifier, [&activations] { ++activations; }, owner.connection());
-        ASSERT_TRUE(service.start());
-        EXPECT_TRUE(Applications::activate(Identifier, caller.connection()));
+            Identifier, [&activations] { ++activations; }, link);
+        service.start();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return isOwned(link); }));
+        heir.start();
+        EXPECT_TRUE(Applications::activate(Identifier, otherLink));
         EXPECT_TRUE(QTest::qWaitFor([&] { return activations == 1; }));
-        EXPECT_FALSE(ApplicationService(
-                         Identifier, [] {}, other.connection())
-                         .start())
-            << "the name is the first one's";
     }
-    EXPECT_FALSE(caller.connection().interface()->isServiceRegistered(Identifier));
-    EXPECT_TRUE(Applications::activate(Identifier, caller.connection())) << "sent, though nobody answers";
+    EXPECT_TRUE(Applications::activate(Identifier, link));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return inherited == 1; }));
     EXPECT_EQ(activations, 1);
 }
 
 TEST(Applications, NoBusAndNoName)
 {
-    const QDBusConnection none(u"never connected"_s);
-    EXPECT_FALSE(Applications::activate(Identifier, none));
-    EXPECT_FALSE(ApplicationService(
-                     Identifier, [] {}, none)
-                     .start());
     const TemporaryHome home;
-    const PrivateBus bus(home.path(QString()));
-    const BusClient caller(bus);
+    PrivateBus bus(home.path(QString()), PrivateBus::Begin::Stopped);
+    BusLink link(std::chrono::milliseconds(5));
+    link.start();
+    EXPECT_FALSE(Applications::activate(Identifier, link));
+    int activations = 0, refusals = 0;
+    ApplicationService service(
+        Identifier, [&] { ++activations; }, link);
+    service.start();
+    ApplicationService nameless(
+        u"no name"_s, [] {}, link, [&](const QString &) { ++refusals; });
+    nameless.start();
+    for (const int lives : {1, 2}) { // of the bus
+        bus.start();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return isOwned(link); })) << lives;
+        EXPECT_TRUE(Applications::activate(Identifier, link));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return activations == lives; })) << lives;
+        if (lives == 1)
+            bus.stop();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return (link.connection() == nullptr) == (lives == 1); }));
+    }
+    EXPECT_EQ(refusals, 1) << "like ones are told once";
     for (const char *name : {"", "word", ".a.b", "a..b", "a.b.", "a b.c", ":1.2", "a.1b", "a.b\n"}) {
         SCOPED_TRACE(name);
-        EXPECT_FALSE(Applications::activate(QString::fromUtf8(name), caller.connection()));
+        EXPECT_FALSE(Applications::activate(QString::fromUtf8(name), link));
     }
 }
 
@@ -74,9 +105,19 @@ TEST(Applications, StartsByPathAndByName)
     const TemporaryHome home;
     const QString file = script(home, u"an application"_s);
     const QString answer = home.path(u"answer"_s);
-    EXPECT_TRUE(Applications::open(file));
+    // What this process has set for itself is not for those that it starts.
+    const mode_t session = umask(022);
+    Umask::keepPrivate();
+    std::signal(SIGXFSZ, SIG_IGN);
+    EXPECT_TRUE(Applications::open(file, {u"it's $1"_s, u"two"_s}));
     EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(answer); }));
+    EXPECT_EQ(home.read(u"answer"_s).split('\n'),
+              (QByteArrayList{homeDirectory().toUtf8(), "0022", "0000000000000000", "it's $1 two", ""}));
     QFile::remove(answer);
+    std::signal(SIGXFSZ, SIG_DFL);
+    umask(session);
+    Umask::keepPrivate();
+    umask(session);
 
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", QFile::encodeName(home.path(QString())) + ":" + path);

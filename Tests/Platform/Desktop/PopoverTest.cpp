@@ -35,8 +35,7 @@ TEST(PopoverPlace, BesideTheItemAndInsideTheScreen)
     using enum Side;
     const QRect screen(0, 0, 1600, 900), second(1600, 0, 1000, 800);
     const ScreenArea bare{screen, screen}, topPanel{screen, {0, 30, 1600, 870}},
-        bottomPanel{screen, {0, 0, 1600, 860}};
-    const ScreenArea leftPanel{screen, {30, 0, 1570, 900}}, rightPanel{screen, {0, 0, 1540, 900}};
+        bottomPanel{screen, {0, 0, 1600, 860}}, leftPanel{screen, {30, 0, 1570, 900}};
     const std::tuple<const char *, QRect, ScreenArea, QPoint, Side, std::optional<int>> rows[] = {
         {"top panel, middle", {800, 3, 24, 24}, topPanel, {642, 30}, Below, 170},
         {"top panel, right end", {1570, 3, 24, 24}, topPanel, {1252, 30}, Below, {}},
@@ -46,27 +45,17 @@ TEST(PopoverPlace, BesideTheItemAndInsideTheScreen)
         {"left panel", {3, 400, 24, 24}, leftPanel, {38, 424}, Below, {}},
         {"left panel, lower end", {3, 870, 24, 24}, leftPanel, {38, 770}, Above, {}},
         {"second screen", {2000, 0, 24, 24}, {second, second}, {1842, 24}, Below, 170},
-        {"unknown, top panel", {}, topPanel, {1252, 38}, Below, {}},
         {"unknown, bottom panel", {}, bottomPanel, {1252, 752}, Above, {}},
         {"unknown, left panel", {}, leftPanel, {38, 792}, Above, {}},
-        {"unknown, right panel", {}, rightPanel, {1192, 792}, Above, {}},
         {"unknown, no panel", {}, bare, {1252, 8}, Below, {}},
         {"off the screen", {-90, -90, 24, 24}, bare, {1252, 8}, Below, {}},
     };
     for (const auto &[name, item, area, topLeft, side, arrow] : rows) {
-        SCOPED_TRACE(name);
         const PopoverPlace place = popoverPlace({340, 100}, item, area);
-        EXPECT_EQ(place.topLeft, topLeft) << place.topLeft.x() << ", " << place.topLeft.y();
-        EXPECT_EQ(place.side, side);
-        EXPECT_EQ(place.arrowX, arrow);
+        EXPECT_TRUE(place.topLeft == topLeft && place.side == side && place.arrowX == arrow)
+            << name << ": " << place.topLeft.x() << ", " << place.topLeft.y();
     }
-}
-
-TEST(PopoverPlace, ATextHigherThanTheScreenBeginsOnIt)
-{
-    const QRect screen(0, 0, 800, 600);
-    EXPECT_EQ(popoverPlace({340, 900}, Item, {screen, screen}).topLeft.y(), 0);
-    EXPECT_EQ(popoverPlace({340, 900}, {}, {screen, screen}).topLeft.y(), 8);
+    EXPECT_EQ(popoverPlace({340, 1100}, Item, bare).topLeft.y(), 0) << "higher than the screen";
 }
 
 TEST(Popover, ShowsPlainTextWithoutTakingTheFocus)
@@ -82,8 +71,6 @@ TEST(Popover, ShowsPlainTextWithoutTakingTheFocus)
     ASSERT_NE(label, nullptr);
     EXPECT_EQ(label->text(), u"<b>Corvane</b> is up-to-date"_s);
     EXPECT_EQ(label->textFormat(), Qt::PlainText);
-    EXPECT_EQ(label->textInteractionFlags() & (Qt::TextSelectableByMouse | Qt::TextEditable), 0);
-    EXPECT_EQ(label->alignment(), Qt::AlignCenter);
     EXPECT_EQ(label->width(), 315);
     EXPECT_LT(label->palette().window().color().lightness(), 128) << "the desktop is dark";
 }
@@ -92,21 +79,12 @@ TEST(Popover, IsAsHighAsItsText)
 {
     ManualClock clock(Noon);
     Popover popover(clock, [] { return false; });
-    int lineHeight = 0;
-    int chrome = 0;
-    const std::tuple<const char *, int> rows[] = {{"one line", 1}, {"three lines", 3}, {"far too many", 5000}};
-    for (const auto &[name, lines] : rows) {
-        SCOPED_TRACE(name);
+    const auto heightOf = [&](int lines) {
         popover.show(QStringList(lines, u"line"_s).join(u'\n'), Item);
-        const QWidget *window = shownPopover();
-        const int height = window->findChild<QLabel *>()->height();
-        if (lines == 1) {
-            lineHeight = height;
-            chrome = window->height() - height;
-        }
-        EXPECT_EQ(height, std::min(lines * lineHeight, 10'000));
-        EXPECT_EQ(window->height() - height, chrome);
-    }
+        return shownPopover()->findChild<QLabel *>()->height();
+    };
+    EXPECT_EQ(heightOf(3), 3 * heightOf(1));
+    EXPECT_EQ(heightOf(5000), 10'000);
 }
 
 TEST(Popover, ClosesAfterTenSecondsOrByAClick)
