@@ -9,6 +9,8 @@
 
 #include <malloc.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr int Records = 10'000;
@@ -29,11 +31,10 @@ QByteArray makeArchive()
         for (const auto *key :
              {"username", "corvaneUserName", "userAtServer", "serverName", "password", "processReferenceFile",
               "emailids", "quotaServerName", "profileName", "destination"})
-            fields.insert(QString::fromLatin1(key),
-                          QStringLiteral("value %1 of %2").arg(i).arg(QLatin1StringView(key)));
-        const auto days = maker.array({maker.add(QStringLiteral("Mon")), maker.add(QStringLiteral("Tue"))});
-        fields.insert(QStringLiteral("scheduleTime"), QVariant::fromValue(maker.date(8e8 + i)));
-        fields.insert(QStringLiteral("selectedDaysForSchedule"), QVariant::fromValue(days));
+            fields.insert(QString::fromLatin1(key), u"value %1 of %2"_s.arg(i).arg(QLatin1StringView(key)));
+        const auto days = maker.array({maker.add(u"Mon"_s), maker.add(u"Tue"_s)});
+        fields.insert(u"scheduleTime"_s, QVariant::fromValue(maker.date(8e8 + i)));
+        fields.insert(u"selectedDaysForSchedule"_s, QVariant::fromValue(days));
         records.append(maker.record(fields));
     }
     return maker.schedules(records);
@@ -57,7 +58,7 @@ void archiveToItems(benchmark::State &state)
 {
     const auto archive = makeArchive();
     for (auto _ : state) {
-        auto records = scheduleRecordsIn(archive, QLatin1StringView("Schedules"));
+        auto records = scheduleRecordsIn(archive, "Schedules"_L1);
         state.PauseTiming();
         if (!records || records->size() != size_t(Records) || !records->back())
             state.SkipWithError("the archive did not decode");

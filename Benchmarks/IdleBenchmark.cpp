@@ -19,25 +19,25 @@
 #include <cstdio>
 #include <ctime>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace
 {
 void writeUser(const TemporaryHome &home, quint16 port)
 {
-    const QString user = QStringLiteral("ann@example.org");
-    const auto file = [&](const char *key) { return pathValue(QLatin1String(key), {user}); };
-    home.writeList(file("LastUserLoginDetailsFilePath"), QVariantMap{{QStringLiteral("Username"), user}});
-    home.writeList(file("TCPPortFile"), QVariantMap{{QStringLiteral("port"), qlonglong(port)}});
+    const QString user = u"ann@example.org"_s;
+    const auto file = [&](const char *key) { return pathValue(QLatin1StringView(key), {user}); };
+    home.writeList(file("LastUserLoginDetailsFilePath"), QVariantMap{{u"Username"_s, user}});
+    home.writeList(file("TCPPortFile"), QVariantMap{{u"port"_s, qlonglong(port)}});
     home.writeList(file("UserDetailsPath"),
-                   QVariantMap{{QStringLiteral("TOTALQUOTASIZE"), QStringLiteral("bdbd")},
-                               {QStringLiteral("USEDQUOTASIZE"), QStringLiteral("bb")}});
+                   QVariantMap{{u"TOTALQUOTASIZE"_s, u"bdbd"_s}, {u"USEDQUOTASIZE"_s, u"bb"_s}});
     ArchiveMaker maker;
-    home.write(file("SchedulerSettingsFile"),
-               maker.schedules({maker.record({{QStringLiteral("corvaneUserName"), user},
-                                              {QStringLiteral("profileName"), *consoleUser()},
-                                              {QStringLiteral("frequency"), 2},
-                                              {QStringLiteral("status"), 0}})}));
+    home.write(file("SchedulerSettingsFile"), maker.schedules({maker.record({{u"corvaneUserName"_s, user},
+                                                                             {u"profileName"_s, *consoleUser()},
+                                                                             {u"frequency"_s, 2},
+                                                                             {u"status"_s, 0}})}));
 }
 
 double processorSeconds()
@@ -56,12 +56,12 @@ struct Cost {
 Cost costOf(qint64 pid)
 {
     Cost cost;
-    const QDir tasks(QStringLiteral("/proc/%1/task").arg(pid));
+    const QDir tasks(u"/proc/%1/task"_s.arg(pid));
     for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile schedule(tasks.filePath(task + QStringLiteral("/schedstat")));
+        QFile schedule(tasks.filePath(task + u"/schedstat"_s));
         if (schedule.open(QIODevice::ReadOnly))
             cost.seconds += schedule.readAll().split(' ').value(0).toDouble() / 1e9;
-        QFile status(tasks.filePath(task + QStringLiteral("/status")));
+        QFile status(tasks.filePath(task + u"/status"_s));
         if (!status.open(QIODevice::ReadOnly))
             continue;
         for (const QByteArray &line : status.readAll().split('\n')) {
@@ -101,10 +101,10 @@ void realTime(quint16 port, int seconds)
     writeUser(home, port);
     QProcess monitor;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    environment.remove(u"QT_QPA_PLATFORM"_s);
     monitor.setProcessEnvironment(environment);
     monitor.setStandardErrorFile(QProcess::nullDevice());
-    monitor.start(QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/corvane-monitor"), {});
+    monitor.start(QCoreApplication::applicationDirPath() + u"/../bin/corvane-monitor"_s, {});
     waitFor(35s); // the single calls of the start are over by then
     const Cost before = costOf(monitor.processId());
     waitFor(std::chrono::seconds(seconds));

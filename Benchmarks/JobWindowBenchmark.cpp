@@ -24,6 +24,8 @@
 #include <cstdio>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace
@@ -94,7 +96,7 @@ double bareReader(quint16 port, std::chrono::seconds length)
         while (socket.bytesAvailable() >= FrameBytes)
             figures += QJsonDocument::fromJson(socket.read(FrameBytes).mid(8)).object().size();
     });
-    socket.connectToHost(QStringLiteral("127.0.0.1"), port);
+    socket.connectToHost(u"127.0.0.1"_s, port);
     const double percent = percentOfOneCore(length);
     if (figures == 0)
         qFatal("nothing was read");

@@ -17,24 +17,26 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 MenuRules::MenuInputs busyState(bool jobRuns)
 {
     MenuRules::MenuInputs in;
-    in.appFullName = QStringLiteral("Corvane");
+    in.appFullName = u"Corvane"_s;
     in.recordPresent = in.engineUser = in.operationRuns = true;
     in.scheduleBackupRunning = jobRuns;
-    in.dedup = QStringLiteral("on");
-    in.accountType = QStringLiteral("false");
-    in.remote = {.hasUser = true, .mobileOnly = false, .word = QStringLiteral("1")};
-    in.protectionWord = QStringLiteral("1");
-    in.switchText = jobRuns ? QStringLiteral("1") : QStringLiteral("0");
+    in.dedup = u"on"_s;
+    in.accountType = u"false"_s;
+    in.remote = {.hasUser = true, .mobileOnly = false, .word = u"1"_s};
+    in.protectionWord = u"1"_s;
+    in.switchText = jobRuns ? u"1"_s : u"0"_s;
     in.runningJob = jobRuns ? MenuRules::RunningJob::Backup : MenuRules::RunningJob::None;
-    in.backupLine = jobRuns ? QStringLiteral("Scheduled Backup is in progress.") : QString();
+    in.backupLine = jobRuns ? u"Scheduled Backup is in progress."_s : QString();
     in.cloudDrive = {.enabled = true,
                      .paused = !jobRuns,
-                     .statusLine = QStringLiteral("Uploading a_rather_long_name.txt (3 of 120)\nmore")};
+                     .statusLine = u"Uploading a_rather_long_name.txt (3 of 120)\nmore"_s};
     return in;
 }
 
@@ -100,32 +102,29 @@ private:
 void writeBusyMachine(const TemporaryHome &home)
 {
     const auto file = [](const char *key, const QString &user) {
-        return pathValue(QLatin1String(key), {user});
+        return pathValue(QLatin1StringView(key), {user});
     };
     QVariantMap running;
     ArchiveMaker maker;
     QList<PropertyListUid> records;
     for (int account = 0; account < 50; ++account) {
-        const QString user = QStringLiteral("user%1@example.org").arg(account);
-        home.writeList(file("UserDetailsPath", user),
-                       QVariantMap{{QStringLiteral("tqlsrvrport"), QStringLiteral("443")}});
+        const QString user = u"user%1@example.org"_s.arg(account);
+        home.writeList(file("UserDetailsPath", user), QVariantMap{{u"tqlsrvrport"_s, u"443"_s}});
         home.write(file("AccountTypeFilePath", user), "false");
-        running.insert(user, QVariantList{QVariantMap{{QStringLiteral("operationStartType"), 1}}});
+        running.insert(user, QVariantList{QVariantMap{{u"operationStartType"_s, 1}}});
         for (int job = 0; job < 4; ++job) {
-            records.append(
-                maker.record({{QStringLiteral("corvaneUserName"), user},
-                              {QStringLiteral("profileName"), *consoleUser()},
-                              {QStringLiteral("username"), user + QStringLiteral(": ") + *consoleUser()},
-                              {QStringLiteral("frequency"), 2},
-                              {QStringLiteral("status"), 0}}));
+            records.append(maker.record({{u"corvaneUserName"_s, user},
+                                         {u"profileName"_s, *consoleUser()},
+                                         {u"username"_s, user + u": "_s + *consoleUser()},
+                                         {u"frequency"_s, 2},
+                                         {u"status"_s, 0}}));
         }
     }
     home.write(file("SchedulerSettingsFile", {}), maker.schedules(records));
     home.writeList(file("CurrentJobs", {}), running);
     home.write(file("SchedulerStatusInfoPath", {}), "1");
     home.writeList(file("LastUserLoginDetailsFilePath", {}),
-                   QVariantMap{{QStringLiteral("Username"), QStringLiteral("user0@example.org")},
-                               {QStringLiteral("dedup"), QStringLiteral("on")}});
+                   QVariantMap{{u"Username"_s, u"user0@example.org"_s}, {u"dedup"_s, u"on"_s}});
 }
 
 void wholeRefresh(benchmark::State &state)

@@ -16,6 +16,8 @@
 #include <functional>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 /// What a desktop's host of status items answers on the bus.
 class Watcher : public QDBusAbstractAdaptor
 {
@@ -45,7 +47,7 @@ struct Sample {
 
 int statusField(qint64 pid, const QByteArray &field)
 {
-    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    QFile status(u"/proc/%1/status"_s.arg(pid));
     if (!status.open(QIODevice::ReadOnly))
         return 0;
     for (const QByteArray &line : status.readAll().split('\n')) {
@@ -60,7 +62,7 @@ Sample measure(Watcher &watcher, const QString &program)
     const QTemporaryDir home;
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home.path());
+    environment.insert(u"HOME"_s, home.path());
     process.setProcessEnvironment(environment);
     process.setStandardErrorFile(QProcess::nullDevice());
     Sample sample;
@@ -107,8 +109,8 @@ int main(int argc, char **argv)
     Watcher watcher(&object);
     watcher.registered = [] {};
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), &object) ||
-        !bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"))) {
+    if (!bus.registerObject(u"/StatusNotifierWatcher"_s, &object) ||
+        !bus.registerService(u"org.kde.StatusNotifierWatcher"_s)) {
         std::puts("needs a session bus on which nobody plays the watcher of status items");
         return 1;
     }
@@ -116,8 +118,8 @@ int main(int argc, char **argv)
     std::vector<Sample> monitor;
     std::vector<Sample> bare;
     for (int round = 0; round < 11; ++round) {
-        bare.push_back(measure(watcher, folder + QStringLiteral("/bench_bare_tray")));
-        monitor.push_back(measure(watcher, folder + QStringLiteral("/../bin/corvane-monitor")));
+        bare.push_back(measure(watcher, folder + u"/bench_bare_tray"_s));
+        monitor.push_back(measure(watcher, folder + u"/../bin/corvane-monitor"_s));
         if (monitor.back().startMs <= 0 || bare.back().startMs <= 0) {
             std::puts("a program did not register its status item");
             return 1;

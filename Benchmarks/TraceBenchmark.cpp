@@ -11,6 +11,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr int Lines = 4000; // stays below the size at which a trace file is emptied
@@ -22,9 +24,9 @@ public:
     TracedHome()
     {
         qputenv("HOME", QFile::encodeName(m_folder.path()));
-        QNLogger::logMonitorTrace(QStringLiteral("The first line"));
+        QNLogger::logMonitorTrace(u"The first line"_s);
     }
-    [[nodiscard]] QString traceFile() const { return pathValue(QLatin1String("MonitorTraceFilePath"), {}); }
+    [[nodiscard]] QString traceFile() const { return pathValue("MonitorTraceFilePath"_L1, {}); }
 
 private:
     QTemporaryDir m_folder;
@@ -43,7 +45,7 @@ void traceLines(benchmark::State &state)
 {
     const TracedHome home;
     for (auto _ : state)
-        QNLogger::logMonitorTrace(QStringLiteral("Start of the measured line"));
+        QNLogger::logMonitorTrace(u"Start of the measured line"_s);
     finish(state, home.traceFile());
 }
 

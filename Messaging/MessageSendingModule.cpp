@@ -10,10 +10,12 @@
 #include <deque>
 #include <system_error>
 
+using namespace Qt::StringLiterals;
+
 SyncPortNames syncPortNames(const std::optional<QString> &machineId, const QString &userName)
 {
     const QString ending = machineId.value_or(QString()) + userName;
-    return {QStringLiteral("SyncMD") + ending, QStringLiteral("SyncDM") + ending};
+    return {u"SyncMD"_s + ending, u"SyncDM"_s + ending};
 }
 
 namespace
@@ -168,7 +170,7 @@ void MessageSendingModule::listenForRequests()
     auto port = NamedPort::open(
         name, [delegate = m_delegate](const QVariantList &array) { handToDelegate(delegate, array); },
         {.retryPace = m_settings.busRetryPace, .user = getuid(), .trace = [name](const QString &reason) {
-             QNLogger::logMonitorTrace(QStringLiteral("The port %1 is not open yet: %2").arg(name, reason));
+             QNLogger::logMonitorTrace(u"The port %1 is not open yet: %2"_s.arg(name, reason));
          }});
 
     lock.lock();

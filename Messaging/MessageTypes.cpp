@@ -30,7 +30,7 @@ constexpr std::array<std::pair<const char *, int>, 17> Names{{
 std::optional<int> MessageTypes::messageEnum(const QString &name)
 {
     const auto known =
-        std::ranges::find_if(Names, [&](const auto &entry) { return name == QLatin1String(entry.first); });
+        std::ranges::find_if(Names, [&](const auto &entry) { return name == QLatin1StringView(entry.first); });
     return known != Names.end() ? std::optional(known->second) : std::nullopt;
 }
 

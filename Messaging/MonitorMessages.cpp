@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <mutex>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// The text of one line without its path tail, and whether an empty or unknown result stands for the whole
@@ -23,7 +25,7 @@ LineText textOfLine(const QString &line, bool isWholeT1001, const MonitorMessage
                     const MonitorMessages::Lookups &lookups)
 {
     constexpr qsizetype MostItems = 5;
-    const QStringList items = line.split(QStringLiteral("||"));
+    const QStringList items = line.split(u"||"_s);
     if (items.size() >= 2 && items.size() <= MostItems) {
         const QString key = items.first() + u'-' + QString::number(items.size() - 1);
         return {formatted(lookups.localise(table.value(key)), items.mid(1))};
@@ -44,13 +46,13 @@ QString MonitorMessages::getMessageForID(const QString &message, const std::opti
     QString result;
     const QStringList lines = shownPart(message).split(u'\n');
     for (const QString &line : lines) {
-        const QStringList pieces = line.split(QStringLiteral("::"));
+        const QStringList pieces = line.split(u"::"_s);
         const LineText made = textOfLine(pieces.first(), isWholeT1001, *table, lookups);
         result += made.text;
         if (made.isSingleId && (result == u"\n" || result == u"(null)" || result == u"(null)\n"))
             return shownPart(message);
         if (pieces.size() >= 2 && !pieces.at(1).isEmpty())
-            result += QStringLiteral("::") + lookups.resolveSyncPath(pieces.at(1)).value_or(QString());
+            result += u"::"_s + lookups.resolveSyncPath(pieces.at(1)).value_or(QString());
     }
     return result;
 }
@@ -62,8 +64,7 @@ std::optional<MonitorMessages::Table> MonitorMessages::bundleTable()
     const std::lock_guard guard(lock);
     if (table)
         return table;
-    const auto dictionary =
-        PropertyList::readDictionary(Bundle::main().resource(QStringLiteral("MonitorMessages.plist")));
+    const auto dictionary = PropertyList::readDictionary(Bundle::main().resource(u"MonitorMessages.plist"_s));
     if (!dictionary)
         return std::nullopt;
     table.emplace();

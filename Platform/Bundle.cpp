@@ -5,12 +5,14 @@
 #include <QDir>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 QString ownExecutable()
 {
     // Not QCoreApplication: the language is chosen, and with it this is asked, before that object exists.
-    return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+    return QFileInfo(u"/proc/self/exe"_s).canonicalFilePath();
 }
 
 std::optional<QString> textOf(const QVariantMap &dictionary, const QString &key)
@@ -22,8 +24,8 @@ std::optional<QString> textOf(const QVariantMap &dictionary, const QString &key)
 
 Bundle::Bundle(QString executablePath) : m_executable(std::move(executablePath))
 {
-    m_resources = QDir::cleanPath(QFileInfo(m_executable).path() + QStringLiteral("/../share/corvane-monitor"));
-    m_info = PropertyList::readDictionary(resource(QStringLiteral("Info.plist"))).value_or(QVariantMap());
+    m_resources = QDir::cleanPath(QFileInfo(m_executable).path() + u"/../share/corvane-monitor"_s);
+    m_info = PropertyList::readDictionary(resource(u"Info.plist"_s)).value_or(QVariantMap());
 }
 
 const Bundle &Bundle::main()
@@ -42,7 +44,7 @@ std::optional<QString> Bundle::localizationFolder(const QString &language) const
     // A language comes from a file that others write: it names a folder here and nothing else.
     if (language.isEmpty() || language.contains(u'/') || language.startsWith(u'.'))
         return std::nullopt;
-    const QString folder = resource(language + QStringLiteral(".lproj"));
+    const QString folder = resource(language + u".lproj"_s);
     return QFileInfo(folder).isDir() ? std::optional(folder) : std::nullopt;
 }
 
@@ -53,15 +55,15 @@ std::optional<QString> Bundle::info(const QString &key) const
 
 std::optional<QString> Bundle::identifier() const
 {
-    return info(QStringLiteral("CFBundleIdentifier"));
+    return info(u"CFBundleIdentifier"_s);
 }
 
 std::optional<QString> Bundle::version() const
 {
-    return info(QStringLiteral("CFBundleVersion"));
+    return info(u"CFBundleVersion"_s);
 }
 
 std::optional<QString> Bundle::shortVersion() const
 {
-    return info(QStringLiteral("CFBundleShortVersionString"));
+    return info(u"CFBundleShortVersionString"_s);
 }

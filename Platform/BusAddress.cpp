@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr char Variable[] = "DBUS_SESSION_BUS_ADDRESS";
@@ -21,10 +23,10 @@ std::optional<QString> BusAddress::current()
     if (!given.isEmpty())
         return QString::fromLocal8Bit(given);
     const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const QString socket = runtimeFolder + QStringLiteral("/bus");
+    const QString socket = runtimeFolder + u"/bus"_s;
     if (runtimeFolder.isEmpty() || !QFileInfo::exists(socket))
         return std::nullopt;
-    return QStringLiteral("unix:path=") + socket;
+    return u"unix:path="_s + socket;
 }
 
 void BusAddress::withhold()

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// A compiled basic regular expression.
@@ -40,14 +42,14 @@ private:
 QStringList runningCommandLines()
 {
     QStringList lines;
-    const QDir processes(QStringLiteral("/proc"));
-    for (const QString &name : processes.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs)) {
+    const QDir processes(u"/proc"_s);
+    for (const QString &name : processes.entryList({u"[0-9]*"_s}, QDir::Dirs)) {
         struct stat facts {
         };
         const QString folder = processes.filePath(name);
         if (stat(QFile::encodeName(folder).constData(), &facts) != 0 || facts.st_uid != getuid())
             continue;
-        QFile file(folder + QStringLiteral("/cmdline"));
+        QFile file(folder + u"/cmdline"_s);
         if (!file.open(QIODevice::ReadOnly))
             continue;
         QByteArray words = file.read(Limits::CommandLineBytes);

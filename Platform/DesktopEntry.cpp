@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-constexpr QLatin1String GroupHeader("[Desktop Entry]");
+constexpr QLatin1StringView GroupHeader("[Desktop Entry]");
 
 constexpr std::pair<char16_t, char16_t> Escapes[] = {
     {u'\\', u'\\'}, {u'\n', u'n'}, {u'\r', u'r'}, {u'\t', u't'}};
@@ -22,7 +24,7 @@ QString escaped(const QString &value)
         if (escape != std::end(Escapes))
             text.append(u'\\').append(QChar(escape->second));
         else if (unit == u' ' && (index == 0 || index + 1 == value.size())) // readers may trim a value
-            text.append(QLatin1String("\\s"));
+            text.append("\\s"_L1);
         else
             text.append(QChar(unit));
     }
@@ -68,7 +70,7 @@ bool partsWords(QChar unit)
 
 QString execWord(const QString &word)
 {
-    static const QString Reserved = QStringLiteral(" \t\n\r\"'\\><~|&;$*?#()`");
+    static const QString Reserved = u" \t\n\r\"'\\><~|&;$*?#()`"_s;
     const bool quoted =
         word.isEmpty() || std::any_of(word.cbegin(), word.cend(), [](QChar c) { return Reserved.contains(c); });
     QString text;

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr char16_t Ellipsis = u'\u2026';
@@ -107,11 +109,11 @@ QString DisplayLine::plainTip(const QString &text)
         from += size + 1;
     }
     if (from <= text.size())
-        tip += QStringLiteral("\n\u2026");
+        tip += u"\n\u2026"_s;
     // On every line, for a panel may look further than the library, which stops at the first line's end. What
     // the library takes for a tag ends with a bracket and may begin with blanks of any kind.
-    static const QRegularExpression markup(QStringLiteral("(<(?=[A-Za-z/!?]|[^<>]*>)|&(?=[A-Za-z#]))"));
-    return tip.replace(markup, QStringLiteral("\\1\u200B"));
+    static const QRegularExpression markup(u"(<(?=[A-Za-z/!?]|[^<>]*>)|&(?=[A-Za-z#]))"_s);
+    return tip.replace(markup, u"\\1\u200B"_s);
 }
 
 QString DisplayLine::toolTip(const QString &text)
@@ -134,8 +136,7 @@ QString DisplayLine::toolTip(const QString &text)
     }
     const QString markup = broken.toHtmlEscaped();
     if (line.size() <= LongestToolTipLine)
-        return QStringLiteral("<p style=\"white-space:pre\">%1</p>").arg(markup);
+        return u"<p style=\"white-space:pre\">%1</p>"_s.arg(markup);
     // Left to itself, a tip of several lines is nearly as high as it is wide.
-    return QStringLiteral("<table width=\"%1\"><tr><td>%2</td></tr></table>")
-        .arg(QString::number(ToolTipWidth), markup);
+    return u"<table width=\"%1\"><tr><td>%2</td></tr></table>"_s.arg(QString::number(ToolTipWidth), markup);
 }

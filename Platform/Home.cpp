@@ -8,6 +8,8 @@
 #include <array>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 struct Account {
@@ -49,7 +51,7 @@ QString homeDirectory()
     if (!home.isEmpty())
         return QFile::decodeName(home);
     const auto account = ownAccount();
-    return account ? account->home : QStringLiteral("/");
+    return account ? account->home : u"/"_s;
 }
 
 QString homeDirectoryForUser(const QString &loginName)
@@ -77,7 +79,7 @@ QString expandingTilde(const QString &path)
 {
     if (path == u'~')
         return homeDirectory();
-    if (path.startsWith(QLatin1String("~/")))
+    if (path.startsWith("~/"_L1))
         return homeDirectory() + path.sliced(1);
     return path;
 }

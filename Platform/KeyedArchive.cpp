@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 using Kind = PlistValue::Kind;
@@ -39,11 +41,10 @@ std::optional<KeyedArchive> KeyedArchive::open(const QByteArray &bytes)
     KeyedArchive archive(std::move(*list));
     const auto root = archive.m_list.root();
     archive.m_budget = Limits::ArchiveSteps;
-    archive.m_top = archive.find(root, QLatin1StringView("$top"));
-    archive.m_objects = archive.find(root, QLatin1StringView("$objects"));
-    const bool archiver =
-        isText(archive.find(root, QLatin1StringView("$archiver")), QLatin1StringView("NSKeyedArchiver"));
-    const auto version = BinaryPlist::integer(archive.find(root, QLatin1StringView("$version")));
+    archive.m_top = archive.find(root, "$top"_L1);
+    archive.m_objects = archive.find(root, "$objects"_L1);
+    const bool archiver = isText(archive.find(root, "$archiver"_L1), "NSKeyedArchiver"_L1);
+    const auto version = BinaryPlist::integer(archive.find(root, "$version"_L1));
     if (!archiver || version != Version || archive.m_top.kind != Kind::Dictionary ||
         archive.m_objects.kind != Kind::Array)
         return std::nullopt;
@@ -61,7 +62,7 @@ PlistValue KeyedArchive::resolve(const PlistValue &value) const
     auto reference = BinaryPlist::uid(value);
     if (!reference && value.kind == Kind::Dictionary &&
         value.length == 1) // the form that XML has for a reference
-        reference = BinaryPlist::unsignedInteger(m_list.find(value, QLatin1StringView("CF$UID")));
+        reference = BinaryPlist::unsignedInteger(m_list.find(value, "CF$UID"_L1));
     if (!reference)
         return value;
     if (*reference == 0) // the first object stands for null
@@ -88,7 +89,7 @@ bool KeyedArchive::spend(quint64 cost) const
 
 bool ArchiveObject::isNull() const
 {
-    return !m_value.isValid() || m_value.kind == Kind::Null || isText(m_value, QLatin1StringView("$null"));
+    return !m_value.isValid() || m_value.kind == Kind::Null || isText(m_value, "$null"_L1);
 }
 
 PlistValue ArchiveObject::field(QLatin1StringView key) const
@@ -113,7 +114,7 @@ QString ArchiveObject::className() const
     const auto record = classRecord();
     if (record.kind != Kind::Dictionary)
         return {};
-    return BinaryPlist::text(m_archive->find(record, QLatin1StringView("$classname"))).value_or(QString());
+    return BinaryPlist::text(m_archive->find(record, "$classname"_L1)).value_or(QString());
 }
 
 QStringList ArchiveObject::classChain() const
@@ -122,7 +123,7 @@ QStringList ArchiveObject::classChain() const
     if (record.kind != Kind::Dictionary)
         return {};
     QStringList chain;
-    const auto classes = m_archive->find(record, QLatin1StringView("$classes"));
+    const auto classes = m_archive->find(record, "$classes"_L1);
     for (quint64 i = 0; i < classes.length && classes.kind == Kind::Array; ++i) {
         const auto name = m_archive->m_list.element(classes, i);
         if (!name.isText() || !m_archive->spend(2 * name.length + CostOfEntry))
@@ -139,9 +140,9 @@ bool ArchiveObject::isKindOf(QLatin1StringView name) const
     const auto record = classRecord();
     if (record.kind != Kind::Dictionary)
         return false;
-    if (isText(m_archive->find(record, QLatin1StringView("$classname")), name))
+    if (isText(m_archive->find(record, "$classname"_L1), name))
         return true;
-    const auto classes = m_archive->find(record, QLatin1StringView("$classes"));
+    const auto classes = m_archive->find(record, "$classes"_L1);
     if (classes.kind != Kind::Array || !m_archive->spend(classes.length))
         return false;
     for (quint64 i = 0; i < classes.length; ++i) {
@@ -196,7 +197,7 @@ std::optional<QDateTime> ArchiveObject::decodeDate(QLatin1StringView key) const
 std::optional<QVariantList> ArchiveObject::decodeList(QLatin1StringView key) const
 {
     const auto object = decodeObject(key);
-    if (object.m_value.kind != Kind::Array && !object.isKindOf(QLatin1StringView("NSArray")))
+    if (object.m_value.kind != Kind::Array && !object.isKindOf("NSArray"_L1))
         return std::nullopt;
     return object.toVariant().toList();
 }
@@ -206,9 +207,9 @@ std::optional<QString> ArchiveObject::text() const
     if (isNull())
         return std::nullopt;
     auto value = m_value;
-    if (value.kind == Kind::Dictionary && isKindOf(QLatin1StringView("NSString"))) {
-        value = plainField(QLatin1StringView("NS.string"));
-        if (const auto bytes = plainField(QLatin1StringView("NS.bytes")); bytes.kind == Kind::Data)
+    if (value.kind == Kind::Dictionary && isKindOf("NSString"_L1)) {
+        value = plainField("NS.string"_L1);
+        if (const auto bytes = plainField("NS.bytes"_L1); bytes.kind == Kind::Data)
             return m_archive->spend(bytes.length) ? std::optional(QString::fromUtf8(BinaryPlist::data(bytes)))
                                                   : std::nullopt;
     }
@@ -221,9 +222,9 @@ std::optional<QDateTime> ArchiveObject::date() const
 {
     auto value = m_value;
     if (value.kind == Kind::Dictionary) {
-        if (!isKindOf(QLatin1StringView("NSDate")))
+        if (!isKindOf("NSDate"_L1))
             return std::nullopt;
-        value = plainField(QLatin1StringView("NS.time"));
+        value = plainField("NS.time"_L1);
         if (const auto seconds = BinaryPlist::integer(value))
             return dateFromReferenceSeconds(double(*seconds));
     } else if (value.kind != Kind::Date) {
@@ -236,8 +237,8 @@ std::optional<QDateTime> ArchiveObject::date() const
 std::optional<QByteArray> ArchiveObject::data() const
 {
     auto value = m_value;
-    if (value.kind == Kind::Dictionary && isKindOf(QLatin1StringView("NSData")))
-        value = plainField(QLatin1StringView("NS.data"));
+    if (value.kind == Kind::Dictionary && isKindOf("NSData"_L1))
+        value = plainField("NS.data"_L1);
     if (value.kind != Kind::Data || !m_archive->spend(value.length))
         return std::nullopt;
     return BinaryPlist::data(value);
@@ -253,9 +254,9 @@ PlistValue ArchiveObject::entryReferences(QLatin1StringView key) const
 
 std::optional<std::vector<ArchiveObject>> ArchiveObject::entries() const
 {
-    if (m_value.kind != Kind::Array && !isKindOf(QLatin1StringView("NSArray")))
+    if (m_value.kind != Kind::Array && !isKindOf("NSArray"_L1))
         return std::nullopt;
-    const auto references = entryReferences(QLatin1StringView("NS.objects"));
+    const auto references = entryReferences("NS.objects"_L1);
     if (!references.isValid())
         return std::nullopt;
     std::vector<ArchiveObject> entries;
@@ -293,13 +294,13 @@ QVariant ArchiveObject::toVariant(int depth) const
         return *moment;
     if (const auto bytes = data())
         return *bytes;
-    return isKindOf(QLatin1StringView("NSDictionary")) ? dictionaryToVariant(depth) : QVariant();
+    return isKindOf("NSDictionary"_L1) ? dictionaryToVariant(depth) : QVariant();
 }
 
 QVariant ArchiveObject::dictionaryToVariant(int depth) const
 {
-    const auto keys = entryReferences(QLatin1StringView("NS.keys"));
-    const auto values = entryReferences(QLatin1StringView("NS.objects"));
+    const auto keys = entryReferences("NS.keys"_L1);
+    const auto values = entryReferences("NS.objects"_L1);
     QVariantMap dictionary;
     for (quint64 i = 0; i < keys.length && i < values.length; ++i) {
         const ArchiveObject key(m_archive, m_archive->resolve(m_archive->m_list.element(keys, i)));

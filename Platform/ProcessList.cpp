@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 QStringList runningExecutables()
 {
     QStringList names;
@@ -30,7 +32,7 @@ QStringList runningExecutables()
             continue;
         QString path = QFile::decodeName(QByteArray(target.data(), length));
         // An update replaces the file of a running program, which then reads like this.
-        if (path.endsWith(QLatin1String(" (deleted)")))
+        if (path.endsWith(" (deleted)"_L1))
             path.chop(10);
         names.append(path.section(u'/', -1));
     }

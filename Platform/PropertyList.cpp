@@ -13,6 +13,8 @@
 #include <limits>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 // Lists are read by BinaryPlist and XmlPlist and not by the library. Of a binary list that one unfolds shared
 // references (thirty small objects can ask for gigabytes), recurses as deep as the file says, and squeezes
 // dates into 32 bits; in an XML list it takes the square of many a number: of texts whose hashes are the same,
@@ -43,9 +45,9 @@ public:
     bool build(const PlistValue &value, int depth, QVariant &out)
     {
         if (++m_values > Limits::ListValues)
-            return refuse(QStringLiteral("too many values"));
+            return refuse(u"too many values"_s);
         if (depth > PropertyList::MaxDepth)
-            return refuse(QStringLiteral("nested too deeply"));
+            return refuse(u"nested too deeply"_s);
         switch (value.kind) {
         case Kind::Null:
             return true;
@@ -80,7 +82,7 @@ public:
         case Kind::Invalid:
             break;
         }
-        return refuse(QStringLiteral("damaged object"));
+        return refuse(u"damaged object"_s);
     }
 
     [[nodiscard]] QString reason() const { return m_reason; }
@@ -95,7 +97,7 @@ private:
     bool spend(quint64 bytes)
     {
         m_payload += qint64(bytes);
-        return m_payload <= PropertyList::MaxPayloadBytes || refuse(QStringLiteral("too much data"));
+        return m_payload <= PropertyList::MaxPayloadBytes || refuse(u"too much data"_s);
     }
 
     bool buildInteger(const PlistValue &value, QVariant &out)
@@ -105,7 +107,7 @@ private:
         else if (const auto large = BinaryPlist::unsignedInteger(value))
             out = qulonglong(*large);
         else
-            return refuse(QStringLiteral("integer of more than 64 bits"));
+            return refuse(u"integer of more than 64 bits"_s);
         return true;
     }
 
@@ -113,7 +115,7 @@ private:
     {
         const auto date = dateFromReferenceSeconds(*BinaryPlist::real(value));
         if (!date)
-            return refuse(QStringLiteral("date out of range"));
+            return refuse(u"date out of range"_s);
         out = *date;
         return true;
     }
@@ -137,7 +139,7 @@ private:
         for (quint64 i = 0; i < dictionary.length; ++i) {
             const auto keyObject = m_list.keyAt(dictionary, i);
             if (!keyObject.isText())
-                return refuse(QStringLiteral("key that is no text"));
+                return refuse(u"key that is no text"_s);
             if (!spend(2 * keyObject.length))
                 return false;
             QVariant entry;
@@ -146,7 +148,7 @@ private:
             entries.insert(*BinaryPlist::text(keyObject), std::move(entry));
         }
         // XML has no element for a reference; it is written as this dictionary.
-        const auto reference = entries.size() == 1 ? entries.value(QStringLiteral("CF$UID")) : QVariant();
+        const auto reference = entries.size() == 1 ? entries.value(u"CF$UID"_s) : QVariant();
         if (reference.typeId() == QMetaType::LongLong && reference.toLongLong() >= 0)
             out = QVariant::fromValue(PropertyListUid{reference.toULongLong()});
         else
@@ -169,7 +171,7 @@ public:
     PlistNode build(const QVariant &value, int depth = 0)
     {
         if (depth > PropertyList::MaxDepth)
-            return refuse(QStringLiteral("nested too deeply"));
+            return refuse(u"nested too deeply"_s);
         switch (value.typeId()) {
         case QMetaType::Bool:
             return PlistNode(plist_new_bool(value.toBool()));
@@ -200,7 +202,7 @@ public:
         default:
             if (value.canConvert<PropertyListUid>())
                 return PlistNode(plist_new_uid(value.value<PropertyListUid>().value));
-            return refuse(QStringLiteral("value of a type that property lists do not have"));
+            return refuse(u"value of a type that property lists do not have"_s);
         }
     }
 
@@ -243,7 +245,7 @@ private:
     PlistNode textNode(const QString &text)
     {
         if (!isWritable(text))
-            return refuse(QStringLiteral("text with an unwritable character"));
+            return refuse(u"text with an unwritable character"_s);
         return PlistNode(plist_new_string(text.toUtf8().constData()));
     }
 
@@ -256,7 +258,7 @@ private:
             --seconds;
         const auto utc = date.toUTC();
         if (!date.isValid() || utc.date().year() < 1 || utc.date().year() > 9999)
-            return refuse(QStringLiteral("date out of range"));
+            return refuse(u"date out of range"_s);
         if (seconds != qint64(qint32(seconds)))
             return nodeFromXml("<date>" + utc.toString(Qt::ISODate).toLatin1() + "</date>");
         return PlistNode(plist_new_date(qint32(seconds), qint32((milliseconds - seconds * 1000) * 1000)));
@@ -279,7 +281,7 @@ private:
         PlistNode dictionary(plist_new_dict());
         for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
             if (!isWritable(entry.key()))
-                return refuse(QStringLiteral("key with an unwritable character"));
+                return refuse(u"key with an unwritable character"_s);
             auto node = build(entry.value(), depth + 1);
             if (!node)
                 return nullptr;
@@ -307,23 +309,23 @@ std::optional<QByteArray> bytesOf(plist_t node, PlistWriter writer)
 std::optional<QByteArray> PropertyList::binaryFromXml(const QByteArray &bytes, QString *reason)
 {
     if (bytes.size() > Limits::ListBytes) {
-        explain(reason, QStringLiteral("too large"));
+        explain(reason, u"too large"_s);
         return std::nullopt;
     }
     if (!QUtf8StringView(bytes.constData(), bytes.size()).isValidUtf8()) {
-        explain(reason, QStringLiteral("no UTF-8"));
+        explain(reason, u"no UTF-8"_s);
         return std::nullopt;
     }
     auto binary = binaryFromXmlPlist(bytes, {.depth = MaxDepth, .values = Limits::ListValues});
     if (!binary)
-        explain(reason, QStringLiteral("no property list, or over a limit"));
+        explain(reason, u"no property list, or over a limit"_s);
     return binary;
 }
 
 std::optional<QVariant> PropertyList::parse(const QByteArray &bytes, QString *reason)
 {
     if (bytes.size() > Limits::ListBytes) {
-        explain(reason, QStringLiteral("too large"));
+        explain(reason, u"too large"_s);
         return std::nullopt;
     }
     const auto form = BinaryPlist::hasMagic(bytes) ? std::optional(bytes) : binaryFromXml(bytes, reason);
@@ -331,7 +333,7 @@ std::optional<QVariant> PropertyList::parse(const QByteArray &bytes, QString *re
         return std::nullopt;
     const auto list = BinaryPlist::open(*form);
     if (!list) {
-        explain(reason, QStringLiteral("damaged trailer"));
+        explain(reason, u"damaged trailer"_s);
         return std::nullopt;
     }
     VariantBuilder builder(*list);
@@ -347,7 +349,7 @@ std::optional<QVariant> PropertyList::read(const QString &path, QString *reason,
     const auto bytes = AtomicFile::read(path, limit);
     if (bytes)
         return parse(*bytes, reason);
-    explain(reason, QStringLiteral("cannot be read"));
+    explain(reason, u"cannot be read"_s);
     return std::nullopt;
 }
 
@@ -358,7 +360,7 @@ std::optional<QVariantMap> PropertyList::readDictionary(const QString &path, QSt
         return std::nullopt;
     if (list->typeId() == QMetaType::QVariantMap)
         return list->toMap();
-    explain(reason, QStringLiteral("no dictionary"));
+    explain(reason, u"no dictionary"_s);
     return std::nullopt;
 }
 
@@ -372,7 +374,7 @@ std::optional<QByteArray> PropertyList::serialize(const QVariant &list, Format f
     }
     auto bytes = bytesOf(root.get(), format == Format::Binary ? &plist_to_bin : &plist_to_xml);
     if (!bytes) {
-        explain(reason, QStringLiteral("the library made nothing of it"));
+        explain(reason, u"the library made nothing of it"_s);
         return std::nullopt;
     }
     if (format == Format::Xml)

@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// A pipe whose writing end nobody else has: left open, it is closed by the kernel with this process, however
@@ -31,7 +33,7 @@ struct Lifeline {
 QString Relaunch::command(const QString &executable)
 {
     // exec: the shell becomes the program, so that nobody stands between it and what reaps it.
-    return QStringLiteral("sleep 1; read -r _ <&3; exec 3<&-; exec %1").arg(shellWord(executable));
+    return u"sleep 1; read -r _ <&3; exec 3<&-; exec %1"_s.arg(shellWord(executable));
 }
 
 std::optional<QString> Relaunch::spawnShell(const QString &text)

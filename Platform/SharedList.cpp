@@ -7,6 +7,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// A file as it was read, to be known again.
@@ -48,13 +50,13 @@ std::optional<QVariantMap> dictionaryOf(const Seen &seen, SharedList::Missing mi
 {
     if (missing == SharedList::Missing::Begin && seen.isMissing())
         return QVariantMap();
-    reason = QStringLiteral("cannot be read");
+    reason = u"cannot be read"_s;
     const auto list = seen.bytes() ? PropertyList::parse(*seen.bytes(), &reason) : std::nullopt;
     if (!list)
         return std::nullopt;
     if (list->typeId() == QMetaType::QVariantMap)
         return list->toMap();
-    reason = QStringLiteral("no dictionary");
+    reason = u"no dictionary"_s;
     return std::nullopt;
 }
 
@@ -86,5 +88,5 @@ FileResult SharedList::update(const QString &path, Missing missing, PropertyList
         if (result.error() != ESTALE)
             return result;
     }
-    return FileResult::refused(QStringLiteral("others go on changing it"));
+    return FileResult::refused(u"others go on changing it"_s);
 }

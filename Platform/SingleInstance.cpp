@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds LookPeriod{10};
@@ -42,7 +44,7 @@ SingleInstance::~SingleInstance()
 
 QString SingleInstance::lockFile(const QString &productFolder)
 {
-    return QDir::cleanPath(productFolder) + QStringLiteral("/.monitor-%1.lock").arg(getuid());
+    return QDir::cleanPath(productFolder) + u"/.monitor-%1.lock"_s.arg(getuid());
 }
 
 SingleInstance::Answer SingleInstance::claim(std::chrono::milliseconds patience)

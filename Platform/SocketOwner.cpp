@@ -19,6 +19,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 // ---- One row, asked for by its ports ---------------------------------------------------------------------
@@ -224,8 +226,8 @@ std::optional<uid_t> SocketOwner::connectionOwner(quint16 peerPort, quint16 ownP
 {
     const DiagAnswer answer = ask(requestFor(peerPort, htonl(INADDR_LOOPBACK), ownPort));
     if (!answer.isAnswered)
-        return connectionOwnerInTables(readTable(QStringLiteral("/proc/net/tcp")),
-                                       readTable(QStringLiteral("/proc/net/tcp6")), peerPort, ownPort);
+        return connectionOwnerInTables(readTable(u"/proc/net/tcp"_s), readTable(u"/proc/net/tcp6"_s), peerPort,
+                                       ownPort);
     // Where there is no such connection the kernel gives the listener.
     const auto &row = answer.row;
     if (!row || row->idiag_state != TCP_ESTABLISHED || row->idiag_inode == 0 ||
@@ -240,8 +242,7 @@ std::optional<uid_t> SocketOwner::listenerOwner(quint16 port)
     // one.
     const DiagAnswer answer = ask(requestFor(port, htonl(INADDR_ANY), 0));
     if (!answer.isAnswered)
-        return listenerOwnerInTables(readTable(QStringLiteral("/proc/net/tcp")),
-                                     readTable(QStringLiteral("/proc/net/tcp6")), port);
+        return listenerOwnerInTables(readTable(u"/proc/net/tcp"_s), readTable(u"/proc/net/tcp6"_s), port);
     const auto &row = answer.row;
     if (!row || row->idiag_state != TCP_LISTEN || row->id.idiag_sport != htons(port))
         return std::nullopt;

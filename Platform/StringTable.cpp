@@ -1,10 +1,12 @@
 #include "Platform/StringTable.h"
 
+using namespace Qt::StringLiterals;
+
 std::optional<StringTable> StringTable::open(const QString &folder, const QString &table)
 {
     StringTable opened;
     opened.m_messages = std::make_shared<QTranslator>();
-    if (!opened.m_messages->load(folder + u'/' + table + QStringLiteral(".qm")))
+    if (!opened.m_messages->load(folder + u'/' + table + u".qm"_s))
         return std::nullopt;
     return opened;
 }

@@ -4,6 +4,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr mode_t PrivateMask = 077;
@@ -18,5 +20,5 @@ void Umask::keepPrivate()
 
 QString Umask::shellPrefix()
 {
-    return inherited ? QStringLiteral("umask %1; ").arg(*inherited, 4, 8, QLatin1Char('0')) : QString();
+    return inherited ? u"umask %1; "_s.arg(*inherited, 4, 8, QChar(u'0')) : QString();
 }

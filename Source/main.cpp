@@ -26,6 +26,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace
@@ -33,8 +35,7 @@ namespace
 void openUrl(const QUrl &url)
 {
     // By hand, since a browser that the platform starts would not get a bus that is withheld here.
-    Applications::open(QStandardPaths::findExecutable(QStringLiteral("xdg-open")),
-                       {url.toString(QUrl::FullyEncoded)});
+    Applications::open(QStandardPaths::findExecutable(u"xdg-open"_s), {url.toString(QUrl::FullyEncoded)});
 }
 } // namespace
 
@@ -49,7 +50,7 @@ int main(int argc, char **argv)
     const auto deadline = std::chrono::steady_clock::now() + RunningInstance::Limit;
     BusProbe::Question bus(BusProbe::StartLimit);
     const QString identifier = Bundle::main().identifier().value_or(QString());
-    SingleInstance place(SingleInstance::lockFile(pathValue(QLatin1String("ApplicationRootFolderPath"), {})));
+    SingleInstance place(SingleInstance::lockFile(pathValue("ApplicationRootFolderPath"_L1, {})));
     BusProbe::settle(bus); // before the desktop's libraries look for the bus
     if (Ending::hasBegun())
         return 0;
@@ -58,7 +59,7 @@ int main(int argc, char **argv)
     // What is to be deleted in the next turn of the loop gets no turn after the last.
     const auto lastTurn =
         qScopeGuard([] { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); });
-    QApplication::setApplicationName(QStringLiteral("corvane-monitor"));
+    QApplication::setApplicationName(u"corvane-monitor"_s);
     QApplication::setDesktopFileName(identifier);
     QApplication::setQuitOnLastWindowClosed(false);
     QObject::connect(
@@ -83,20 +84,19 @@ int main(int argc, char **argv)
                                 tell(&CorvaneMonitorController::darkModeChanged),
                                 tell(&CorvaneMonitorController::windowLookChanged), notifications.bus());
     PanelWatch panels(notifications.bus());
-    TrayStatusItem statusItem(Bundle::main().resource(QStringLiteral("images")), panels);
+    TrayStatusItem statusItem(Bundle::main().resource(u"images"_s), panels);
     Popover popover(clock, [&controller] { return controller && controller->applicationIsOnTheDarkSide(); });
     const AlertSurroundings alerts{
         .isDark = [&controller] { return controller && controller->windowsAreOnTheDarkSide(); },
         .openUrl = openUrl,
-        .publicWebHost =
-            CorvaneMonitorController::deploymentValue(QStringLiteral("PublicWebHost")).value_or(QString()),
-        .iconFile = Bundle::main().resource(QStringLiteral("images/corvane.svg")),
-        .productName = pathValue(QLatin1String("ApplicationFullName")),
+        .publicWebHost = CorvaneMonitorController::deploymentValue(u"PublicWebHost"_s).value_or(QString()),
+        .iconFile = Bundle::main().resource(u"images/corvane.svg"_s),
+        .productName = pathValue("ApplicationFullName"_L1),
     };
     std::unique_ptr<AlertPaneWindowController> message; ///< one at a time: a new one takes its place
 
     CommandQueue commands(clock, [] {
-        QNLogger::logMonitorTrace(QStringLiteral("A command that waited was not run: the system refused it"));
+        QNLogger::logMonitorTrace(u"A command that waited was not run: the system refused it"_s);
     });
     CorvaneMonitorController owner({
         .statusItem = statusItem,
@@ -125,8 +125,7 @@ int main(int argc, char **argv)
             .activateApplication =
                 [&notifications](const QString &bundle) {
                     if (!Applications::activate(bundle, notifications.bus()))
-                        QNLogger::logMonitorTrace(
-                            QStringLiteral("A program could not be asked to come forward: ") + bundle);
+                        QNLogger::logMonitorTrace(u"A program could not be asked to come forward: "_s + bundle);
                 },
             .openProgram = [](const QString &path) { return Applications::open(path); },
             .launchProgram = [](const QString &name) { return Applications::launch(name); },

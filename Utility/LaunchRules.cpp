@@ -7,6 +7,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// Whether an integer is other than 0, as other programs store one: a number, a switch, or its decimal text.
@@ -25,45 +27,45 @@ bool isNonZero(const QVariantMap &dictionary, const QString &key)
 
 QString LaunchRules::rootFile(const QString &name)
 {
-    return pathValue(QLatin1String("ApplicationRootFolderPath"), {}) + u'/' + name;
+    return pathValue("ApplicationRootFolderPath"_L1, {}) + u'/' + name;
 }
 
 LaunchRules::Redirection LaunchRules::launchRedirection(const QString &text, const QString &signedOutName)
 {
     if (text == signedOutName)
         return Redirection::ResetThenPreferences;
-    if (text == QLatin1String("sendErrorReport"))
+    if (text == "sendErrorReport"_L1)
         return Redirection::ErrorReport;
-    if (text == QLatin1String("ActivityLogs"))
+    if (text == "ActivityLogs"_L1)
         return Redirection::ActivityLogs;
     return Redirection::Preferences;
 }
 
 LaunchRules::Redirection LaunchRules::preferencesRequest(const QString &object)
 {
-    return object == QLatin1String("sendErrorReport") ? Redirection::ErrorReport : Redirection::Preferences;
+    return object == "sendErrorReport"_L1 ? Redirection::ErrorReport : Redirection::Preferences;
 }
 
 std::optional<LaunchRules::ViewRequest> LaunchRules::viewRequest(const QString &launchRedirectionType)
 {
     static const struct {
-        QLatin1String type;
-        QLatin1String notification;
+        QLatin1StringView type;
+        QLatin1StringView notification;
     } rows[] = {
-        {QLatin1String("ActivityLogs"), QLatin1String("LaunchActivityLogs")},
-        {QLatin1String("ViewScheduleJobs"), QLatin1String("LaunchViewScheduleJobs")},
-        {QLatin1String("Settings"), QLatin1String("LaunchSettings")},
+        {"ActivityLogs"_L1, "LaunchActivityLogs"_L1},
+        {"ViewScheduleJobs"_L1, "LaunchViewScheduleJobs"_L1},
+        {"Settings"_L1, "LaunchSettings"_L1},
     };
     for (const auto &row : rows) {
         if (launchRedirectionType == row.type)
-            return ViewRequest{row.notification, {{QStringLiteral("CVLaunchType"), launchRedirectionType}}};
+            return ViewRequest{row.notification, {{u"CVLaunchType"_s, launchRedirectionType}}};
     }
     return std::nullopt;
 }
 
 bool LaunchRules::versionRunsAutomaticUpdates(const std::optional<QString> &bundleVersion)
 {
-    return bundleVersion && !bundleVersion->endsWith(QLatin1String("00"));
+    return bundleVersion && !bundleVersion->endsWith("00"_L1);
 }
 
 LaunchRules::LoginItem LaunchRules::loginItem(const std::optional<QVariantMap> &settings,
@@ -74,8 +76,7 @@ LaunchRules::LoginItem LaunchRules::loginItem(const std::optional<QVariantMap> &
     const QVariant ownSettings = settings->value(*user);
     if (ownSettings.typeId() != QMetaType::QVariantMap)
         return LoginItem::Leave;
-    return isNonZero(ownSettings.toMap(), QStringLiteral("launchOnStartup")) ? LoginItem::Add
-                                                                             : LoginItem::Remove;
+    return isNonZero(ownSettings.toMap(), u"launchOnStartup"_s) ? LoginItem::Add : LoginItem::Remove;
 }
 
 QString LaunchRules::updateFolder(const QString &rootFolder, const QString &applicationName)

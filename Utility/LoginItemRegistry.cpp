@@ -14,24 +14,25 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-constexpr QLatin1String TrueText("true");
-constexpr QLatin1String FalseText("false");
-constexpr QLatin1String HideKey("X-Corvane-Hide");
+constexpr QLatin1StringView TrueText("true");
+constexpr QLatin1StringView FalseText("false");
+constexpr QLatin1StringView HideKey("X-Corvane-Hide");
 
 QDir autostartFolder()
 {
     const QString configured = qEnvironmentVariable("XDG_CONFIG_HOME");
-    const QString config =
-        QDir::isAbsolutePath(configured) ? configured : homeDirectory() + QStringLiteral("/.config");
-    return {config + QStringLiteral("/autostart")};
+    const QString config = QDir::isAbsolutePath(configured) ? configured : homeDirectory() + u"/.config"_s;
+    return {config + u"/autostart"_s};
 }
 
 /// The program of an entry; empty where it names none that can be found.
 QString programOf(const DesktopEntry::Keys &keys)
 {
-    const auto words = DesktopEntry::wordsOfExec(keys.value(QStringLiteral("Exec")));
+    const auto words = DesktopEntry::wordsOfExec(keys.value(u"Exec"_s));
     const QString program = words ? words->first() : QString();
     return program.contains(u'/') ? program : QStandardPaths::findExecutable(program);
 }
@@ -40,8 +41,7 @@ std::optional<LoginItem> readItem(const QString &file)
 {
     const auto bytes = AtomicFile::read(file, Limits::DesktopEntryBytes);
     const auto keys = bytes ? DesktopEntry::parse(*bytes) : std::nullopt;
-    if (!keys || keys->value(QStringLiteral("Hidden")) == TrueText ||
-        keys->value(QStringLiteral("Type")) != QLatin1String("Application"))
+    if (!keys || keys->value(u"Hidden"_s) == TrueText || keys->value(u"Type"_s) != "Application"_L1)
         return std::nullopt;
     const QString program = programOf(*keys);
     if (program.isEmpty())
@@ -55,7 +55,7 @@ QString fileNameFor(const QString &path)
 {
     const QByteArray digest =
         QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256).toHex().left(8);
-    return QStringLiteral("%1-%2.desktop").arg(QFileInfo(path).fileName(), QString::fromLatin1(digest));
+    return u"%1-%2.desktop"_s.arg(QFileInfo(path).fileName(), QString::fromLatin1(digest));
 }
 } // namespace
 
@@ -63,7 +63,7 @@ QList<LoginItem> LoginItemRegistry::allLoginItems()
 {
     QList<LoginItem> items;
     const QDir folder = autostartFolder();
-    for (const QString &name : folder.entryList({QStringLiteral("*.desktop")}, QDir::Files, QDir::Name)) {
+    for (const QString &name : folder.entryList({u"*.desktop"_s}, QDir::Files, QDir::Name)) {
         if (auto item = readItem(folder.filePath(name)))
             items.append(*std::move(item));
     }
@@ -75,14 +75,13 @@ bool LoginItemRegistry::addLoginItemWithPath(const QString &path, HideIt hideIt)
     const QString program = QDir::cleanPath(path);
     const Bundle &bundle = Bundle::main();
     const DesktopEntry::Keys keys{
-        {QStringLiteral("Type"), QStringLiteral("Application")},
-        {QStringLiteral("Name"),
-         bundle.info(QStringLiteral("CFBundleName")).value_or(QFileInfo(program).fileName())},
-        {QStringLiteral("Icon"), bundle.resource(QStringLiteral("images/corvane.svg"))},
-        {QStringLiteral("Exec"), DesktopEntry::execOfWords({program})},
-        {QStringLiteral("TryExec"), program}, // a desktop passes over the entry once the program is gone
-        {QStringLiteral("Terminal"), FalseText},
-        {QStringLiteral("StartupNotify"), FalseText},
+        {u"Type"_s, u"Application"_s},
+        {u"Name"_s, bundle.info(u"CFBundleName"_s).value_or(QFileInfo(program).fileName())},
+        {u"Icon"_s, bundle.resource(u"images/corvane.svg"_s)},
+        {u"Exec"_s, DesktopEntry::execOfWords({program})},
+        {u"TryExec"_s, program}, // a desktop passes over the entry once the program is gone
+        {u"Terminal"_s, FalseText},
+        {u"StartupNotify"_s, FalseText},
         {HideKey, hideIt == HideIt::Yes ? TrueText : FalseText},
     };
     const QDir folder = autostartFolder();

@@ -15,6 +15,8 @@
 
 #include <mutex>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 std::mutex displayLanguageLock;
@@ -24,7 +26,7 @@ QString preferencesFolder()
 {
     const auto user = consoleUser();
     const QString home = user ? homeDirectoryForUser(*user) : QString();
-    return (home.isEmpty() ? homeDirectory() : home) + QStringLiteral("/Library/Preferences");
+    return (home.isEmpty() ? homeDirectory() : home) + u"/Library/Preferences"_s;
 }
 } // namespace
 
@@ -36,10 +38,10 @@ QString QNUtility::preferencesPlistPath()
 QString QNUtility::preferencesPlistPath(const std::optional<QString> &bundleIdentifier, const QString &folder)
 {
     QString name = bundleIdentifier.value_or(QString());
-    const QString word = QStringLiteral("Monitor");
+    const QString word = u"Monitor"_s;
     if (const qsizetype at = name.indexOf(word); at >= 0)
         name.remove(at, word.size());
-    name += QStringLiteral(".plist");
+    name += u".plist"_s;
     if (QFileInfo::exists(folder + u'/' + name))
         return folder + u'/' + name;
     const QStringList entries = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -47,36 +49,35 @@ QString QNUtility::preferencesPlistPath(const std::optional<QString> &bundleIden
         if (entry.compare(name, Qt::CaseInsensitive) == 0)
             return folder + u'/' + entry;
     }
-    return folder + QStringLiteral("/com.halvernet.Corvane.plist");
+    return folder + u"/com.halvernet.Corvane.plist"_s;
 }
 
 QString QNUtility::globalPreferencesPath()
 {
-    return preferencesFolder() + QStringLiteral("/.GlobalPreferences.plist");
+    return preferencesFolder() + u"/.GlobalPreferences.plist"_s;
 }
 
 std::optional<QVariantMap> QNUtility::isAnyUserDeletedForProfile(const QString &loginName)
 {
-    const QString path = pathValue(QLatin1String("RemoteManageInfoPath"), {homeDirectoryForUser(loginName)});
+    const QString path = pathValue("RemoteManageInfoPath"_L1, {homeDirectoryForUser(loginName)});
     if (!QFileInfo::exists(path))
         return std::nullopt;
     auto record = PropertyList::readDictionary(path);
     if (!record)
-        QNLogger::logMonitorTrace(
-            QStringLiteral("isAnyUserDeletedForProfile(for:) Unable to read plist data."));
+        QNLogger::logMonitorTrace(u"isAnyUserDeletedForProfile(for:) Unable to read plist data."_s);
     return record;
 }
 
 bool QNUtility::isCurrentPlanPartner()
 {
     const auto record = UserRecords::getActiveUserDetails();
-    return record && PropertyList::textValue(*record, QStringLiteral("Plan")) == QStringLiteral("partner");
+    return record && PropertyList::textValue(*record, u"Plan"_s) == u"partner"_s;
 }
 
 std::optional<QString> QNUtility::machineID()
 {
-    const auto machine = PropertyList::readDictionary(pathValue(QLatin1String("RootMachineInfoPath"), {}));
-    if (const auto id = machine ? PropertyList::textValue(*machine, QStringLiteral("machineId")) : std::nullopt)
+    const auto machine = PropertyList::readDictionary(pathValue("RootMachineInfoPath"_L1, {}));
+    if (const auto id = machine ? PropertyList::textValue(*machine, u"machineId"_s) : std::nullopt)
         return id;
     const QByteArray system = QSysInfo::machineUniqueId();
     return system.isEmpty() ? std::nullopt : std::optional(QString::fromLatin1(system));
@@ -85,21 +86,21 @@ std::optional<QString> QNUtility::machineID()
 QString QNUtility::getTQLSrvPort()
 {
     const QString user = UserRecords::getLastLoggedInUser().value_or(QString());
-    const auto details = PropertyList::readDictionary(pathValue(QLatin1String("UserDetailsPath"), {user}));
-    const auto port = details ? PropertyList::textValue(*details, QStringLiteral("tqlsrvrport")) : std::nullopt;
-    return port.value_or(QStringLiteral("443"));
+    const auto details = PropertyList::readDictionary(pathValue("UserDetailsPath"_L1, {user}));
+    const auto port = details ? PropertyList::textValue(*details, u"tqlsrvrport"_s) : std::nullopt;
+    return port.value_or(u"443"_s);
 }
 
 bool QNUtility::isThinClient()
 {
-    const auto facts = PropertyList::readDictionary(pathValue(QLatin1String("ThinClientFilePath"), {}));
-    return facts && PropertyList::boolValue(*facts, QStringLiteral("IsThinClient")).value_or(false);
+    const auto facts = PropertyList::readDictionary(pathValue("ThinClientFilePath"_L1, {}));
+    return facts && PropertyList::boolValue(*facts, u"IsThinClient"_s).value_or(false);
 }
 
 QString QNUtility::getUserAgent()
 {
     const auto version = Bundle::main().version();
-    return version ? QStringLiteral("Corvane Mac:") + *version : QStringLiteral("Corvane Mac");
+    return version ? u"Corvane Mac:"_s + *version : u"Corvane Mac"_s;
 }
 
 QString QNUtility::macOSVersion()

@@ -11,26 +11,28 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-QVariantMap dictionaryAt(QLatin1String key, const QStringList &arguments)
+QVariantMap dictionaryAt(QLatin1StringView key, const QStringList &arguments)
 {
     return PropertyList::readDictionary(pathValue(key, arguments)).value_or(QVariantMap());
 }
 
-std::optional<QString> textAt(QLatin1String key, const QString &user)
+std::optional<QString> textAt(QLatin1StringView key, const QString &user)
 {
     return AtomicFile::readText(pathValue(key, {user}));
 }
 
-bool markerExists(QLatin1String key, const std::optional<QString> &user)
+bool markerExists(QLatin1StringView key, const std::optional<QString> &user)
 {
     return user && QFileInfo::exists(pathValue(key, {*user}));
 }
 
 bool anyJob(const QString &user, const std::function<bool(const QVariantMap &job)> &runs)
 {
-    const QVariantList jobs = dictionaryAt(QLatin1String("CurrentJobs"), {}).value(user).toList();
+    const QVariantList jobs = dictionaryAt("CurrentJobs"_L1, {}).value(user).toList();
     return std::ranges::any_of(jobs, [&](const QVariant &job) { return runs(job.toMap()); });
 }
 
@@ -51,7 +53,7 @@ std::optional<double> number(const QVariant &value)
 std::optional<QString> UserRecords::getLastLoggedInUser()
 {
     const auto record = getActiveUserDetails();
-    return record ? PropertyList::textValue(*record, QStringLiteral("Username")) : std::nullopt;
+    return record ? PropertyList::textValue(*record, u"Username"_s) : std::nullopt;
 }
 
 std::optional<QVariantMap> UserRecords::getActiveUserDetails()
@@ -61,18 +63,18 @@ std::optional<QVariantMap> UserRecords::getActiveUserDetails()
         const auto list = PropertyList::readDictionary(path);
         return list ? std::make_shared<const QVariantMap>(*list) : nullptr;
     });
-    const auto details = record.read(pathValue(QLatin1String("LastUserLoginDetailsFilePath"), {}));
+    const auto details = record.read(pathValue("LastUserLoginDetailsFilePath"_L1, {}));
     return details ? std::optional(*details) : std::nullopt;
 }
 
 bool UserRecords::isDisconnectedUser(const std::optional<QString> &user)
 {
-    return markerExists(QLatin1String("UserDisconnectedInfoPath"), user);
+    return markerExists("UserDisconnectedInfoPath"_L1, user);
 }
 
 bool UserRecords::isTQLUser(const std::optional<QString> &user)
 {
-    return markerExists(QLatin1String("TqlUserDetails"), user);
+    return markerExists("TqlUserDetails"_L1, user);
 }
 
 UserRecords::AccountKind UserRecords::accountKind(const QString &plan, const QString &accountType,
@@ -89,21 +91,21 @@ UserRecords::AccountKind UserRecords::accountKind(const QString &plan, const QSt
 
 UserRecords::AccountKind UserRecords::getPlan(const QString &user)
 {
-    const QVariantMap info = dictionaryAt(QLatin1String("UserInfoPath"), {user});
-    return accountKind(textAt(QLatin1String("AccountPlanFilePath"), user).value_or(QString()),
+    const QVariantMap info = dictionaryAt("UserInfoPath"_L1, {user});
+    return accountKind(textAt("AccountPlanFilePath"_L1, user).value_or(QString()),
                        accountType(user).value_or(QString()), QNUtility::isCurrentPlanPartner(),
-                       PropertyList::textValue(info, QStringLiteral("plan_type")).value_or(QString()));
+                       PropertyList::textValue(info, u"plan_type"_s).value_or(QString()));
 }
 
 std::optional<QString> UserRecords::accountType(const QString &user)
 {
-    return textAt(QLatin1String("AccountTypeFilePath"), user);
+    return textAt("AccountTypeFilePath"_L1, user);
 }
 
 bool UserRecords::isAnyOperationRunning(const QString &user)
 {
     return anyJob(user, [](const QVariantMap &job) {
-        const auto startType = PropertyList::intValue(job, QStringLiteral("operationStartType"));
+        const auto startType = PropertyList::intValue(job, u"operationStartType"_s);
         return startType == 0 || startType == 1 || startType == 3;
     });
 }
@@ -111,21 +113,20 @@ bool UserRecords::isAnyOperationRunning(const QString &user)
 bool UserRecords::isAnyInteractiveBackupOperationRunning(const QString &user)
 {
     return anyJob(user, [](const QVariantMap &job) {
-        const auto type = PropertyList::intValue(job, QStringLiteral("operationType"));
-        return PropertyList::intValue(job, QStringLiteral("operationStartType")) == 0 &&
-               (type == 0 || type == 1);
+        const auto type = PropertyList::intValue(job, u"operationType"_s);
+        return PropertyList::intValue(job, u"operationStartType"_s) == 0 && (type == 0 || type == 1);
     });
 }
 
 QVariantMap UserRecords::getQuotaDetails(const QString &user)
 {
-    return repairedQuotaDetails(dictionaryAt(QLatin1String("UserDetailsPath"), {user}));
+    return repairedQuotaDetails(dictionaryAt("UserDetailsPath"_L1, {user}));
 }
 
 QVariantMap UserRecords::repairedQuotaDetails(QVariantMap details)
 {
-    const QString total = QStringLiteral("TOTALQUOTASIZE");
-    const QString used = QStringLiteral("USEDQUOTASIZE");
+    const QString total = u"TOTALQUOTASIZE"_s;
+    const QString used = u"USEDQUOTASIZE"_s;
     const auto isText = [&](const QString &key) {
         return details.value(key).metaType() == QMetaType::fromType<QString>();
     };

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 void AlertLabel::showText(const QString &text, int maximumLines)
 {
     setTextFormat(Qt::PlainText); // before the text, which may look like markup
@@ -77,12 +79,12 @@ void AlertLabel::setLinkedText()
 {
     // With its colour, since a document otherwise takes that of the application when it is read, for good. It
     // is the window's: a style sheet keeps a label from inheriting it.
-    setText(QStringLiteral("<p style=\"margin: 0; line-height: %1px\">").arg(linePitch()) +
+    setText(u"<p style=\"margin: 0; line-height: %1px\">"_s.arg(linePitch()) +
             m_linkedText.left(m_link.start).toHtmlEscaped() +
-            QStringLiteral("<a href=\"link\" style=\"color: %1; text-decoration: underline\">")
-                .arg(window()->palette().color(QPalette::Link).name()) +
-            m_linkedText.mid(m_link.start, m_link.length).toHtmlEscaped() + QStringLiteral("</a>") +
-            m_linkedText.mid(m_link.start + m_link.length).toHtmlEscaped() + QStringLiteral("</p>"));
+            u"<a href=\"link\" style=\"color: %1; text-decoration: underline\">"_s.arg(
+                window()->palette().color(QPalette::Link).name()) +
+            m_linkedText.mid(m_link.start, m_link.length).toHtmlEscaped() + u"</a>"_s +
+            m_linkedText.mid(m_link.start + m_link.length).toHtmlEscaped() + u"</p>"_s);
 }
 
 const QTextLayout &AlertLabel::layoutFor(int width) const

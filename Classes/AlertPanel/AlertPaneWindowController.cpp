@@ -15,6 +15,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 bool hasTitle(const std::optional<QString> &title)
@@ -301,7 +303,7 @@ void AlertPaneWindowController::setMessage(const QString &message)
     const QString english = QString::fromUtf8(AlertPanel::permissionsSentence);
     auto link = AlertRules::linkIn(message, AlertPanel::permissionsWarning, AlertPanel::learnMore);
     if (!link)
-        link = AlertRules::linkIn(message, english, QStringLiteral("Learn more"));
+        link = AlertRules::linkIn(message, english, u"Learn more"_s);
     if (!link)
         return m_outlets.message->showText(message);
     m_outlets.message->showTextWithLink(message, *link, [this] {

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 int characterCount(QStringView line)
@@ -78,5 +80,5 @@ std::optional<AlertRules::Link> AlertRules::linkIn(const QString &message, const
 
 QUrl AlertRules::permissionsHelpPage(const QString &publicWebHost)
 {
-    return QUrl(publicWebHost + QStringLiteral("/online-backup-mac-faq#pre-authorize"));
+    return QUrl(publicWebHost + u"/online-backup-mac-faq#pre-authorize"_s);
 }

@@ -13,6 +13,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr int MaxButtonText = 240; ///< points
@@ -23,8 +25,7 @@ constexpr int LinesOfBaseSize = 2;
 /// Prose is narrower than a font's average character, which counts the capitals as much as the rest.
 int lineWidth(const QFontMetrics &metrics)
 {
-    static const QString prose =
-        QStringLiteral("the next scheduled backup will begin as soon as the computer is idle");
+    static const QString prose = u"the next scheduled backup will begin as soon as the computer is idle"_s;
     return int(metrics.horizontalAdvance(prose) * qreal(AlertRules::CharactersPerLine) / prose.size());
 }
 
@@ -102,6 +103,6 @@ void AlertWindowLayout::setTitle(QPushButton &button, const QString &title)
     const QString whole = AlertRules::displayText(title, AlertRules::MaxTitleCharacters).simplified();
     button.ensurePolished();
     QString shown = button.fontMetrics().elidedText(whole, Qt::ElideRight, MaxButtonText);
-    button.setText(shown.replace(u'&', QStringLiteral("&&"))); // a character, not the mark of a key
+    button.setText(shown.replace(u'&', u"&&"_s)); // a character, not the mark of a key
     button.setAccessibleName(whole);
 }

@@ -9,6 +9,8 @@
 #include "Utility/Language/SchedulerProgressVC.h"
 #include "Utility/Paths/PathTable.h"
 
+using namespace Qt::StringLiterals;
+
 void CVScheduleProgressViewController::SCpauseresume(JobOrder order)
 {
     const bool pauses = order == JobOrder::Pause;
@@ -41,9 +43,9 @@ void CVScheduleProgressViewController::stopAfterQuestion()
 {
     if (mainController)
         mainController->scheduler().isScheduleBackupStoped = true;
-    const QString state = pathValue(QLatin1String("SchedulerState"), {});
+    const QString state = pathValue("SchedulerState"_L1, {});
     if (!state.isEmpty())
-        writeTextOrTrace(state, QStringLiteral("3"));
+        writeTextOrTrace(state, u"3"_s);
     writeSwitchFile(ScheduleSwitch::Enabled);
     if (mainController)
         mainController->sendDataToDaemonForCoreOperation(std::nullopt, ECoreOperationActionType::Stop);

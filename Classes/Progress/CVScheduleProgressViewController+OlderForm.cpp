@@ -9,18 +9,20 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 using namespace SchedulerProgressVC;
 using namespace ProgressRules;
 
 namespace
 {
-const QString OnlineBackup = QStringLiteral("SchOnlineBackup");
-const QString LocalBackup = QStringLiteral("SchLocalBackup");
-const QString Restore = QStringLiteral("SchRestore");
+const QString OnlineBackup = u"SchOnlineBackup"_s;
+const QString LocalBackup = u"SchLocalBackup"_s;
+const QString Restore = u"SchRestore"_s;
 /// The fifth entry of a report, under the key that the display asks for.
-const QString NetworkBackupKey = QStringLiteral("NetwokBackup");
+const QString NetworkBackupKey = u"NetwokBackup"_s;
 
-const QString PauseKey = QStringLiteral("Pause");
+const QString PauseKey = u"Pause"_s;
 
 constexpr qsizetype FewestEntries = 4;
 constexpr qsizetype EntriesWithNetworkBackup = 5;
@@ -39,7 +41,7 @@ bool showsEstimate(const QString &kind)
 /// The percentage came as a text of digits or as a number.
 std::optional<qint64> percentageIn(const QVariantMap &figures)
 {
-    const QVariant value = figures.value(QStringLiteral("percentage"));
+    const QVariant value = figures.value(u"percentage"_s);
     if (value.typeId() == QMetaType::QString)
         return percentage(value.toString().toStdString());
     return value.typeId() == QMetaType::LongLong ? std::optional(value.toLongLong()) : std::nullopt;
@@ -116,7 +118,7 @@ void CVScheduleProgressViewController::olderFormProgress(const QString &kind, co
     takeOlderFormKind(kind);
     if (mainController)
         mainController->setMonitorLaunched(false);
-    progressStarted = figures.contains(QStringLiteral("showPercentage"));
+    progressStarted = figures.contains(u"showPercentage"_s);
     if (isProgressAnimating)
         showMainPane();
     progressView(figures);

@@ -15,6 +15,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 using namespace SchedulerProgressVC;
 using namespace ProgressRules;
 
@@ -24,7 +26,7 @@ constexpr QLatin1StringView PauseState("operationData/pauseState");
 
 std::optional<qint64> operationType(const DaemonMessage &report)
 {
-    return report.integer(QLatin1StringView("operationType"));
+    return report.integer("operationType"_L1);
 }
 } // namespace
 
@@ -128,7 +130,7 @@ bool CVScheduleProgressViewController::isNewsOfRunningJob(const DaemonMessage &r
         (!CVSingletonForBackup::shared().scheduleBackupRunning && !scheduler.isScheduleBackupStoped);
     if (!isUnknown)
         return false;
-    const auto data = report.object(QLatin1StringView("operationData"));
+    const auto data = report.object("operationData"_L1);
     return data && data->memberCount() > 0 &&
            scheduler.isScheduleBackupInProgress(); // or it is a late report of a job that is over
 }
@@ -166,11 +168,11 @@ void CVScheduleProgressViewController::setUIForScheduleProgress(const DaemonMess
     if (type == 0)
         loadThrottleSettings();
     const auto record = UserRecords::getActiveUserDetails().value_or(QVariantMap());
-    if (const auto group = groupAtStart(type, PropertyList::textValue(record, QStringLiteral("dedup"))))
+    if (const auto group = groupAtStart(type, PropertyList::textValue(record, u"dedup"_s)))
         showGroup(*group);
     m_display.scPauseButtonIsShown = canBePaused(type);
     m_display.titleEmailLabel = titleLine(emailForUser, prorgessTitile);
-    progressStarted = report.contains(QLatin1StringView("operationData/showPercentage"));
+    progressStarted = report.contains("operationData/showPercentage"_L1);
     m_display.progressBarIsShown = progressStarted;
     if (report.contains(PauseState))
         receivedPauseForScheduleOperation();
@@ -304,7 +306,7 @@ void CVScheduleProgressViewController::reSetSchedulerProgressWindow()
     if (!CVSingletonForBackup::shared().scheduleBackupRunning) {
         m_display.backupInfoBgViewIsShown = true;
         m_display.scEstimatedTime.text.clear();
-        m_display.scElapsedTime = QStringLiteral("00:00:00");
+        m_display.scElapsedTime = u"00:00:00"_s;
         m_display.scPauseButtonIsShown = false;
         m_display.progressBarIsShown = false;
         m_display.progressPercent = 0;
@@ -350,11 +352,11 @@ void CVScheduleProgressViewController::checkOperationDetailedTypeToDisplayBandwi
 
 std::optional<QString> CVScheduleProgressViewController::switchText()
 {
-    return AtomicFile::readText(pathValue(QLatin1String("SchedulerStatusInfoPath"), {}));
+    return AtomicFile::readText(pathValue("SchedulerStatusInfoPath"_L1, {}));
 }
 
 void CVScheduleProgressViewController::writeSwitchFile(ScheduleSwitch state)
 {
     if (const auto word = switchAfterJob(switchText(), state))
-        writeTextOrTrace(pathValue(QLatin1String("SchedulerStatusInfoPath"), {}), *word);
+        writeTextOrTrace(pathValue("SchedulerStatusInfoPath"_L1, {}), *word);
 }

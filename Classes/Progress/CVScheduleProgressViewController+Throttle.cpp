@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// The stored settings of that account; none where there are none.
@@ -74,24 +76,23 @@ void CVScheduleProgressViewController::sendDataToDemon(DemonSettingPingType, qin
     if (!mainController)
         return;
     const QString user = fetchCurrentLoggedUserName().value_or(QString());
-    const QString loginDetails = pathValue(QLatin1String("LoginDetailsFilePath"), {user});
+    const QString loginDetails = pathValue("LoginDetailsFilePath"_L1, {user});
     if (!QFileInfo::exists(loginDetails)) {
         QNBackupProgressLogger::progressLogger().logAppInterfaceTrace(
-            QStringLiteral("Sending message to daemon failed For User :%1 failed as log in plist is missing")
-                .arg(user),
+            u"Sending message to daemon failed For User :%1 failed as log in plist is missing"_s.arg(user),
             true);
         return;
     }
     const QVariantMap details = PropertyList::readDictionary(loginDetails).value_or(QVariantMap());
     const OutboundMessage message = OutboundMessages::bandwidthThrottleChanged(
-        mainController->consoleUser(), PropertyList::textValue(details, QStringLiteral("Username")));
+        mainController->consoleUser(), PropertyList::textValue(details, u"Username"_s));
     mainController->sendData(message.message, tag);
 }
 
 void CVScheduleProgressViewController::updateBandwidthMacInUseValueReceivedFromRM()
 {
     const auto record = mainController ? UserRecords::getActiveUserDetails() : std::nullopt;
-    if (!record || !PropertyList::textValue(*record, QStringLiteral("Username")))
+    if (!record || !PropertyList::textValue(*record, u"Username"_s))
         return;
     CorvaneSchedulerController &scheduler = mainController->scheduler();
     const auto records = scheduler.corvaneSchedulerDetailsForAllUsers();
@@ -101,7 +102,7 @@ void CVScheduleProgressViewController::updateBandwidthMacInUseValueReceivedFromR
         return;
     const auto account = mainController->lastLoggedInUser();
     const auto console = mainController->consoleUser();
-    if (!account || !console || (*running)->username != *account + QStringLiteral(": ") + *console)
+    if (!account || !console || (*running)->username != *account + u": "_s + *console)
         return;
     const auto type = (*running)->backupType;
     if (type == QNXBackupType::onlineBackup || type == QNXBackupType::networkDriveBackup)

@@ -6,6 +6,8 @@
 #include <array>
 #include <charconv>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::string_view Ellipsis = "\u2026";
@@ -36,9 +38,9 @@ std::optional<FieldGroup> groupAtStart(std::optional<qint64> operationType, cons
 {
     if (!operationType)
         return std::nullopt;
-    if (*operationType != 0 || dedup == QStringLiteral("off"))
+    if (*operationType != 0 || dedup == u"off"_s)
         return FieldGroup::BackupInfo;
-    return dedup == QStringLiteral("on") ? std::optional(FieldGroup::FileCounts) : std::nullopt;
+    return dedup == u"on"_s ? std::optional(FieldGroup::FileCounts) : std::nullopt;
 }
 
 bool canBePaused(std::optional<qint64> operationType)
@@ -63,17 +65,17 @@ QString percentText(int percent)
     static const auto texts = [] { // asked for with every report
         std::array<QString, Whole + 1> list;
         for (int i = 0; i <= Whole; ++i)
-            list[std::size_t(i)] = QStringLiteral("%1 %").arg(i);
+            list[std::size_t(i)] = u"%1 %"_s.arg(i);
         return list;
     }();
     const bool isUsual = percent >= 0 && percent <= Whole;
-    return isUsual ? texts[std::size_t(percent)] : QStringLiteral("%1 %").arg(percent);
+    return isUsual ? texts[std::size_t(percent)] : u"%1 %"_s.arg(percent);
 }
 
 QString fileLine(const QString &verb, const QString &name, const QString &size)
 {
-    const bool isSync = verb.contains(QLatin1String("sync"), Qt::CaseInsensitive);
-    return formatted(QStringLiteral("%@ %@  (%@)"), {isSync ? QString() : verb, name, size});
+    const bool isSync = verb.contains("sync"_L1, Qt::CaseInsensitive);
+    return formatted(u"%@ %@  (%@)"_s, {isSync ? QString() : verb, name, size});
 }
 
 std::string shortened(std::string_view utf8)
@@ -98,6 +100,6 @@ QString presentable(std::string_view utf8)
 
 QString titleLine(const QString &account, const QString &what)
 {
-    return account + QStringLiteral(" : ") + what;
+    return account + u" : "_s + what;
 }
 } // namespace ProgressRules

@@ -1,5 +1,7 @@
 #include "Classes/Progress/ReportFigures.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// Percentages by the fields that they change.
@@ -18,10 +20,10 @@ Percent percentOf(const DaemonMessage::Object &figures)
 
 std::optional<ReportFigures> ReportFigures::of(const DaemonMessage &report)
 {
-    const auto members = report.object(QLatin1StringView("operationData/progressData"));
+    const auto members = report.object("operationData/progressData"_L1);
     if (!members)
         return std::nullopt;
-    const auto type = report.integer(QLatin1StringView("operationDetailedType"));
+    const auto type = report.integer("operationDetailedType"_L1);
     return ReportFigures{.group = ProgressRules::groupForFigures(type), .members = *members};
 }
 

@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 namespace Texts = SchedulerProgressVC;
@@ -68,8 +70,7 @@ const TitleOutlet TitleOutlets[] = {
 QString imageFile(const char16_t *name, bool forDarkGround)
 {
     return Bundle::main().resource(
-        QStringLiteral("images/%1%2.svg")
-            .arg(QString::fromUtf16(name), forDarkGround ? QStringLiteral("_alt") : QString()));
+        u"images/%1%2.svg"_s.arg(QString::fromUtf16(name), forDarkGround ? u"_alt"_s : QString()));
 }
 } // namespace
 
@@ -79,8 +80,8 @@ ScheduleProgressView::ScheduleProgressView(Clock &clock) : m_ui(std::make_unique
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
     setFocusPolicy(Qt::ClickFocus);
-    setWindowTitle(pathValue(QLatin1String("ApplicationFullName")));
-    const QIcon icon = trayImage(Bundle::main().resource(QStringLiteral("images/corvane.svg")));
+    setWindowTitle(pathValue("ApplicationFullName"_L1));
+    const QIcon icon = trayImage(Bundle::main().resource(u"images/corvane.svg"_s));
     setWindowIcon(icon);
     m_ui->dummyProgressImage->setPixmap(icon.pixmap(PreparingImageSize, devicePixelRatioF()));
     m_ui->progressBarView->setClock(clock);
@@ -135,7 +136,7 @@ void ScheduleProgressView::setFixedTexts()
         (m_ui.get()->*outlet.label)->setReservedText(outlet.text);
     }
     // The window is as wide as its title with a usual account needs.
-    const QString account = QStringLiteral("account.name@example.com : ");
+    const QString account = u"account.name@example.com : "_s;
     const QString &longer = std::max<const QString &>(
         Texts::prorgessTitile, Texts::pausedTitle, [this](const auto &a, const auto &b) {
             return fontMetrics().horizontalAdvance(a) < fontMetrics().horizontalAdvance(b);
@@ -256,7 +257,7 @@ void ScheduleProgressView::showTexts(const ProgressDisplay *before, const Progre
     }
     const QString &title = now.titleEmailLabel;
     if (!before || before->titleEmailLabel != title) {
-        const qsizetype endOfAccount = title.lastIndexOf(QLatin1String(" : "));
+        const qsizetype endOfAccount = title.lastIndexOf(" : "_L1);
         m_ui->titleEmailLabel->setKeptEnd(endOfAccount < 0 ? 0 : title.size() - endOfAccount);
         m_ui->titleEmailLabel->setText(title);
         // A bar must have a name even before there is a title.

@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const auto EnableKey = QStringLiteral("EnableBandwidthThrottleKey");
-const auto ManualPercentKey = QStringLiteral("BandwidthThrottleKey");
-const auto ActivePercentKey = QStringLiteral("BandwidthThrottleAutoPauseKey");
-const auto IdlePercentKey = QStringLiteral("BandwidthThrottleForIdleKey");
+const auto EnableKey = u"EnableBandwidthThrottleKey"_s;
+const auto ManualPercentKey = u"BandwidthThrottleKey"_s;
+const auto ActivePercentKey = u"BandwidthThrottleAutoPauseKey"_s;
+const auto IdlePercentKey = u"BandwidthThrottleForIdleKey"_s;
 
 /// Above it the daemon is next to never held back, and a warning that backups are slow would be wrong.
 constexpr int NearlyFullSpeed = 90;

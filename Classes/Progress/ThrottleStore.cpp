@@ -7,11 +7,13 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 QString preferencePath()
 {
-    return pathValue(QLatin1String("DeamonPreferencePath"), {});
+    return pathValue("DeamonPreferencePath"_L1, {});
 }
 
 bool isDictionary(const QVariant &value)
@@ -35,7 +37,7 @@ std::optional<QString> ThrottleStore::savePlistData(SettingCategory /*settingTyp
     // Read anew, however fresh the caller's copy, and once more where the daemon writes in between.
     const auto lay = [&](QVariantMap &list) -> std::optional<QString> {
         if (!isDictionary(list.value(account)))
-            return QStringLiteral("no settings of the account");
+            return u"no settings of the account"_s;
         auto settings = list.value(account).toMap();
         settings.insert(entry);
         list.insert(account, settings);

@@ -3,6 +3,8 @@
 #include "Classes/Schedules/ScheduleTimeText.h"
 #include "Platform/KeyedArchive.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// The enumeration value of a stored number; none past `last`. Unsigned, so that a negative number is past it
@@ -35,7 +37,7 @@ CorvaneScheduleItem CorvaneScheduleItem::decoded(const ArchiveObject &coder)
     CorvaneScheduleItem item;
     item.username = string("username");
     item.corvaneUsername = string("corvaneUserName");
-    item.scheduleTime = wholeSeconds(coder.decodeDate(QLatin1StringView("scheduleTime")));
+    item.scheduleTime = wholeSeconds(coder.decodeDate("scheduleTime"_L1));
     item.backupType = choice("backupType", QNXBackupType::notBackup);
     item.status = choice("status", QNXStatus::completed);
     item.scheduleType = choice("scheduleType", QNXScheduleType::restore);
@@ -54,11 +56,11 @@ CorvaneScheduleItem CorvaneScheduleItem::decoded(const ArchiveObject &coder)
     item.sendEmailNotification = boolean("sendEmailNotification");
     item.isUseSSL = boolean("isUseSSL");
     item.scheduleTimeSettings = choice("timeSettings", QNXTimeSettings::startImmediate);
-    item.selectedDaysArray = coder.decodeList(QLatin1StringView("selectedDaysForSchedule"));
+    item.selectedDaysArray = coder.decodeList("selectedDaysForSchedule"_L1);
     item.sendLogExtract = boolean("sendLogExtract");
     item.notifyOnFailure = boolean("notifyOnFailure");
     item.isAutoSyncEnabled = boolean("isAutoSyncEnabled");
-    item.notifyMe = coder.decodeInt(QLatin1StringView("notifyMe"));
+    item.notifyMe = coder.decodeInt("notifyMe"_L1);
     return item;
 }
 

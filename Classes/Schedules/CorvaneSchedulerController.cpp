@@ -2,11 +2,13 @@
 
 #include "Classes/Schedules/ScheduleRules.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 std::shared_ptr<const ScheduleRecords> readStore(const QString &path)
 {
-    auto records = contentsOfArchivedFile(path, QLatin1StringView("Schedules"));
+    auto records = contentsOfArchivedFile(path, "Schedules"_L1);
     return records ? std::make_shared<const ScheduleRecords>(std::move(*records)) : nullptr;
 }
 

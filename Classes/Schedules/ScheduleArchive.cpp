@@ -4,6 +4,8 @@
 #include "Platform/KeyedArchive.h"
 #include "Platform/Limits.h"
 
+using namespace Qt::StringLiterals;
+
 std::optional<ScheduleRecords> contentsOfArchivedFile(const std::optional<QString> &path, QLatin1StringView key)
 {
     const auto bytes = path ? AtomicFile::read(*path, Limits::ArchiveBytes) : std::nullopt;
@@ -19,7 +21,7 @@ std::optional<ScheduleRecords> scheduleRecordsIn(const QByteArray &bytes, QLatin
     ScheduleRecords records;
     records.reserve(entries->size());
     for (const auto &entry : *entries) {
-        if (entry.isKindOf(QLatin1StringView("CorvaneScheduleItem")))
+        if (entry.isKindOf("CorvaneScheduleItem"_L1))
             records.emplace_back(CorvaneScheduleItem::decoded(entry));
         else
             records.emplace_back();

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 bool isDatedJobOf(const CorvaneScheduleItem &item, const ScheduleOwner &owner)
@@ -67,8 +69,7 @@ QString scheduleAccount(const CorvaneScheduleItem &item, bool isTQL)
     if (!isTQL)
         return item.corvaneUsername.value_or(QString());
     const auto owner = item.username.value_or(QString());
-    return owner.left(
-        owner.indexOf(QLatin1StringView(": "))); // not found is -1, and then the whole text is taken
+    return owner.left(owner.indexOf(": "_L1)); // not found is -1, and then the whole text is taken
 }
 
 std::vector<CorvaneScheduleItem> schedulesOfUser(const ScheduleRecords &records, const QString &user)

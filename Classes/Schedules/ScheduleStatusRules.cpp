@@ -2,6 +2,8 @@
 
 #include "Classes/Schedules/CorvaneScheduleItem.h"
 
+using namespace Qt::StringLiterals;
+
 using Kind = BackupTip::Kind;
 
 ScheduleSwitch scheduleSwitch(const std::optional<QString> &content)
@@ -15,13 +17,13 @@ QString scheduleSwitchContent(ScheduleSwitch state)
 {
     switch (state) {
     case ScheduleSwitch::Disabled:
-        return QStringLiteral("0");
+        return u"0"_s;
     case ScheduleSwitch::JobPaused:
-        return QStringLiteral("2");
+        return u"2"_s;
     case ScheduleSwitch::Enabled:
         break;
     }
-    return QStringLiteral("1");
+    return u"1"_s;
 }
 
 std::optional<QString> switchAfterJob(const std::optional<QString> &content, ScheduleSwitch state)

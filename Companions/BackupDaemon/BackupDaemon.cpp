@@ -4,10 +4,12 @@
 
 #include <QJsonDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds ReportPace{250};
-const QString BandwidthChanged = QStringLiteral("updateBandwidthMacInUseValue"); ///< key of the path table
+const QString BandwidthChanged = u"updateBandwidthMacInUseValue"_s; ///< key of the path table
 
 enum class CoreAction { Pause = 1, Resume = 2, Stop = 3 };
 } // namespace
@@ -23,8 +25,7 @@ BackupDaemon::BackupDaemon(PathTable table, QObject *parent) : QObject(parent), 
     m_pace.setInterval(ReportPace);
     connect(&m_pace, &QTimer::timeout, this, &BackupDaemon::tick);
     connect(&m_server, &DaemonServer::messageReceived, this, &BackupDaemon::takeMessage);
-    connect(&m_server, &DaemonServer::noticed, this,
-            [](const QString &line) { printLine(QStringLiteral("-- ") + line); });
+    connect(&m_server, &DaemonServer::noticed, this, [](const QString &line) { printLine(u"-- "_s + line); });
     hearNotifications(this, SLOT(didHear(QString)));
 }
 
@@ -32,15 +33,15 @@ bool BackupDaemon::start(quint16 port)
 {
     m_files.clearStaleState(QDateTime::currentDateTime());
     if (!m_server.listen(port)) {
-        printResult(CommandResult::failed(QStringLiteral("cannot listen on port %1").arg(port)));
+        printResult(CommandResult::failed(u"cannot listen on port %1"_s.arg(port)));
         return false;
     }
     // The port is published last: whoever reads it may connect at once.
     if (!m_files.publishPort(m_server.port())) {
-        printResult(CommandResult::failed(QStringLiteral("cannot publish the port")));
+        printResult(CommandResult::failed(u"cannot publish the port"_s));
         return false;
     }
-    printResult(CommandResult::ok(QStringLiteral("listening on port %1").arg(m_server.port())));
+    printResult(CommandResult::ok(u"listening on port %1"_s.arg(m_server.port())));
     return true;
 }
 
@@ -52,14 +53,14 @@ void BackupDaemon::runCommand(const QString &line)
 QString BackupDaemon::reasonAgainst(const BackupJob::Order &order) const
 {
     if (m_job)
-        return QStringLiteral("a job of %1 is running").arg(m_job->account());
+        return u"a job of %1 is running"_s.arg(m_job->account());
     if (order.account.isEmpty())
-        return QStringLiteral("nobody is signed in, and no account is given");
+        return u"nobody is signed in, and no account is given"_s;
     if (order.origin != BackupJob::Origin::Schedule)
         return {};
     if (!m_files.scheduleFor(order.account, order.kind))
-        return QStringLiteral("%1 has no scheduled job of that kind").arg(order.account);
-    return m_files.schedulesDisabled() ? QStringLiteral("all scheduled jobs are switched off") : QString();
+        return u"%1 has no scheduled job of that kind"_s.arg(order.account);
+    return m_files.schedulesDisabled() ? u"all scheduled jobs are switched off"_s : QString();
 }
 
 CommandResult BackupDaemon::beginJob(const BackupJob::Order &order)
@@ -86,19 +87,18 @@ CommandResult BackupDaemon::beginJob(const BackupJob::Order &order)
         applyBandwidth(order.account);
     report(ReportKind::Started);
     if (scheduled)
-        sendToolTip(QStringLiteral("Scheduled Backup is in progress."));
+        sendToolTip(u"Scheduled Backup is in progress."_s);
     if (!m_job->isPreparing())
         report(ReportKind::Enumerated);
     m_pace.start();
-    return CommandResult::ok(QStringLiteral("job of %1, %2 s")
-                                 .arg(order.account)
+    return CommandResult::ok(u"job of %1, %2 s"_s.arg(order.account)
                                  .arg(std::chrono::duration_cast<std::chrono::seconds>(order.length).count()));
 }
 
 void BackupDaemon::applyBandwidth(const QString &account)
 {
     const int percent = m_files.bandwidth(account);
-    printLine(QStringLiteral("-- bandwidth now %1 %").arg(percent));
+    printLine(u"-- bandwidth now %1 %"_s.arg(percent));
     if (m_job && m_job->account() == account)
         m_job->setBandwidth(percent);
 }
@@ -109,15 +109,15 @@ void BackupDaemon::didHear(const QString &name)
         return;
     applyBandwidth(m_job ? m_job->account() : m_files.signedInAccount());
     // Its clients do not listen to this announcement: they hear it from the daemon.
-    m_server.send({{QStringLiteral("type"), name}, {QStringLiteral("data"), QString()}});
+    m_server.send({{u"type"_s, name}, {u"data"_s, QString()}});
 }
 
 CommandResult BackupDaemon::setJobPaused(bool paused)
 {
     if (!m_job)
-        return CommandResult::failed(QStringLiteral("no job is running"));
+        return CommandResult::failed(u"no job is running"_s);
     if (m_job->isPaused() == paused)
-        return CommandResult::ok(QStringLiteral("unchanged"));
+        return CommandResult::ok(u"unchanged"_s);
     m_job->setPaused(paused);
     if (m_job->origin() == BackupJob::Origin::Schedule) {
         m_files.setPauseMarker(m_job->account(), paused);
@@ -125,15 +125,14 @@ CommandResult BackupDaemon::setJobPaused(bool paused)
     }
     report(paused ? ReportKind::Paused : ReportKind::Resumed);
     if (m_job->origin() == BackupJob::Origin::Schedule)
-        sendToolTip(paused ? QStringLiteral("Your Scheduled job is paused.")
-                           : QStringLiteral("Scheduled Backup is in progress."));
+        sendToolTip(paused ? u"Your Scheduled job is paused."_s : u"Scheduled Backup is in progress."_s);
     return CommandResult::ok();
 }
 
 CommandResult BackupDaemon::endJob(JobStatus how)
 {
     if (!m_job)
-        return CommandResult::failed(QStringLiteral("no job is running"));
+        return CommandResult::failed(u"no job is running"_s);
     m_pace.stop();
     const QString account = m_job->account();
     const bool scheduled = m_job->origin() == BackupJob::Origin::Schedule;
@@ -148,8 +147,7 @@ CommandResult BackupDaemon::endJob(JobStatus how)
     m_job.reset();
     if (scheduled)
         sendNextJobLine(account);
-    printLine(how == JobStatus::Completed ? QStringLiteral("-- job completed")
-                                          : QStringLiteral("-- job stopped"));
+    printLine(how == JobStatus::Completed ? u"-- job completed"_s : u"-- job stopped"_s);
     return CommandResult::ok();
 }
 
@@ -181,15 +179,14 @@ void BackupDaemon::report(ReportKind kind)
     if (m_form == ReportForm::Nested) {
         QJsonObject data = message;
         data.remove(u"type");
-        message = {{QStringLiteral("type"), message.value(u"type")}, {QStringLiteral("data"), data}};
+        message = {{u"type"_s, message.value(u"type")}, {u"data"_s, data}};
     }
     m_server.send(message);
 }
 
 void BackupDaemon::sendToolTip(const QString &message)
 {
-    m_server.send({{QStringLiteral("type"), QStringLiteral("SetToolTip")},
-                   {QStringLiteral("data"), QJsonObject{{QStringLiteral("message"), message}}}});
+    m_server.send({{u"type"_s, u"SetToolTip"_s}, {u"data"_s, QJsonObject{{u"message"_s, message}}}});
 }
 
 void BackupDaemon::sendNextJobLine(const QString &account)
@@ -199,43 +196,41 @@ void BackupDaemon::sendNextJobLine(const QString &account)
     if (m_files.announceScheduleChange())
         return;
     const auto schedule = m_files.scheduleFor(account);
-    sendToolTip(
-        schedule
-            ? QStringLiteral("Your next scheduled job will start on ") +
-                  schedule->value(QStringLiteral("scheduleTime")).toDateTime().toString(u"MM-dd-yyyy HH:mm")
-            : QStringLiteral("Your next scheduled event: You have no scheduled jobs."));
+    sendToolTip(schedule ? u"Your next scheduled job will start on "_s +
+                               schedule->value(u"scheduleTime"_s).toDateTime().toString(u"MM-dd-yyyy HH:mm")
+                         : u"Your next scheduled event: You have no scheduled jobs."_s);
 }
 
 void BackupDaemon::takeMessage(const QJsonObject &message)
 {
     const QString type = message.value(u"type").toString();
-    printLine(QStringLiteral("<- ") + type + u' ' +
+    printLine(u"<- "_s + type + u' ' +
               QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
     const QJsonObject data = message.value(u"data").toObject();
-    if (type == QLatin1StringView("clientCoreOperation")) {
+    if (type == "clientCoreOperation"_L1) {
         takeCoreOperation(data);
-    } else if (type == QLatin1StringView("SetPauseState")) {
+    } else if (type == "SetPauseState"_L1) {
         (void)setJobPaused(true); // the core operation has come before it; this is its echo
-    } else if (type == QLatin1StringView("SetResumeState")) {
+    } else if (type == "SetResumeState"_L1) {
         (void)setJobPaused(false);
-    } else if (type == QLatin1StringView("PingFromMonitor")) {
+    } else if (type == "PingFromMonitor"_L1) {
         joinRunningJob();
-    } else if (type == QLatin1StringView("FDAMessage")) {
+    } else if (type == "FDAMessage"_L1) {
         answerDiskAccess(data);
-    } else if (type == QLatin1StringView("bandwidthThrottleChanged")) {
+    } else if (type == "bandwidthThrottleChanged"_L1) {
         const QString user = data.value(u"userName").toString();
         applyBandwidth(user.isEmpty() ? m_files.signedInAccount() : user);
-    } else if (type == QLatin1StringView("Shutdown")) {
-        const bool cancelled = data.value(u"userResponseForShutdown").toString() == QLatin1StringView("1001");
-        printLine(cancelled ? QStringLiteral("-- shutdown cancelled") : QStringLiteral("-- shutdown granted"));
-    } else if (type == QLatin1StringView("RemoteManage")) {
-        printLine(QStringLiteral("-- remote settings: ") + data.value(u"ChannelType").toString());
+    } else if (type == "Shutdown"_L1) {
+        const bool cancelled = data.value(u"userResponseForShutdown").toString() == "1001"_L1;
+        printLine(cancelled ? u"-- shutdown cancelled"_s : u"-- shutdown granted"_s);
+    } else if (type == "RemoteManage"_L1) {
+        printLine(u"-- remote settings: "_s + data.value(u"ChannelType").toString());
     }
 }
 
 void BackupDaemon::takeCoreOperation(const QJsonObject &data)
 {
-    CommandResult result = CommandResult::failed(QStringLiteral("unknown action"));
+    CommandResult result = CommandResult::failed(u"unknown action"_s);
     switch (static_cast<CoreAction>(data.value(u"actionType").toInt())) {
     case CoreAction::Pause:
         result = setJobPaused(true);
@@ -248,7 +243,7 @@ void BackupDaemon::takeCoreOperation(const QJsonObject &data)
         break;
     }
     if (!result.done)
-        printLine(QStringLiteral("-- ") + result.text);
+        printLine(u"-- "_s + result.text);
 }
 
 void BackupDaemon::joinRunningJob()
@@ -256,8 +251,8 @@ void BackupDaemon::joinRunningJob()
     if (!m_job)
         return;
     if (m_job->origin() == BackupJob::Origin::Schedule)
-        sendToolTip(m_job->isPaused() ? QStringLiteral("Your Scheduled job is paused.")
-                                      : QStringLiteral("Scheduled Backup is in progress."));
+        sendToolTip(m_job->isPaused() ? u"Your Scheduled job is paused."_s
+                                      : u"Scheduled Backup is in progress."_s);
     // A client that joins knows nothing of the job: it builds its view from these, and only then what a pause
     // changes.
     report(m_job->isPreparing() ? ReportKind::Started : ReportKind::Figures);
@@ -268,6 +263,6 @@ void BackupDaemon::joinRunningJob()
 void BackupDaemon::answerDiskAccess(const QJsonObject &data)
 {
     QJsonObject answer = data;
-    answer.insert(u"IsDaemonFullDiskAccess", QStringLiteral("YES"));
-    m_server.send({{QStringLiteral("type"), QStringLiteral("FDAMessage")}, {QStringLiteral("data"), answer}});
+    answer.insert(u"IsDaemonFullDiskAccess", u"YES"_s);
+    m_server.send({{u"type"_s, u"FDAMessage"_s}, {u"data"_s, answer}});
 }

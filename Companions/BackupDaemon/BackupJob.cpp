@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 struct SourceFile {
@@ -146,13 +148,13 @@ QJsonObject BackupJob::report(ReportKind kind) const
         (kind == ReportKind::Figures || kind == ReportKind::Paused || kind == ReportKind::Resumed))
         data.insert(u"progressData", figures());
     const KindWords words = wordsOf(m_order.kind);
-    return {{QStringLiteral("type"), QStringLiteral("operationProgress")},
-            {QStringLiteral("userName"), m_order.account},
-            {QStringLiteral("operationStartType"), static_cast<int>(m_order.origin)},
-            {QStringLiteral("progressType"), static_cast<int>(kind)},
-            {QStringLiteral("operationType"), words.operationType},
-            {QStringLiteral("operationDetailedType"), words.detailedType},
-            {QStringLiteral("operationData"), data}};
+    return {{u"type"_s, u"operationProgress"_s},
+            {u"userName"_s, m_order.account},
+            {u"operationStartType"_s, static_cast<int>(m_order.origin)},
+            {u"progressType"_s, static_cast<int>(kind)},
+            {u"operationType"_s, words.operationType},
+            {u"operationDetailedType"_s, words.detailedType},
+            {u"operationData"_s, data}};
 }
 
 QJsonObject BackupJob::olderReport(const QString &phase, const QString &destination) const
@@ -162,11 +164,11 @@ QJsonObject BackupJob::olderReport(const QString &phase, const QString &destinat
         data.insert(u"showPercentage", true);
     if (m_paused)
         data.insert(u"Pause", true);
-    QJsonObject message{{QStringLiteral("type"), QStringLiteral("Progress")},
-                        {QStringLiteral("data"), data},
-                        {QStringLiteral("State"), phase},
-                        {QStringLiteral("UserName"), m_order.account},
-                        {QStringLiteral("operation"), QString::fromUtf16(wordsOf(m_order.kind).olderName)}};
+    QJsonObject message{{u"type"_s, u"Progress"_s},
+                        {u"data"_s, data},
+                        {u"State"_s, phase},
+                        {u"UserName"_s, m_order.account},
+                        {u"operation"_s, QString::fromUtf16(wordsOf(m_order.kind).olderName)}};
     if (!destination.isEmpty())
         message.insert(u"destination", destination);
     return message;
@@ -177,14 +179,13 @@ QJsonObject BackupJob::figures() const
     const auto share = [this](qint64 whole) { return whole * m_worked.count() / m_order.length.count(); };
     const qint64 place = std::min<qint64>(share(BackupSet.size()), BackupSet.size() - 1);
     const SourceFile &file = BackupSet[static_cast<std::size_t>(place)];
-    QJsonObject figures{
-        {QStringLiteral("percentage"), m_percentage.value_or(QString::number(share(100)))},
-        {QStringLiteral("transferSpeed"), speedText(double(file.speed) * m_bandwidth / WholeLine)},
-        {QStringLiteral("estimatedTime"), clockText((m_order.length - m_worked) * WholeLine / m_bandwidth)},
-        {QStringLiteral("elapsedtime"), clockText(m_elapsed)},
-        {QStringLiteral("filename"), m_fileName.value_or(fileName(file.path))},
-        {QStringLiteral("tansferMode"), QString::fromUtf16(wordsOf(m_order.kind).verb)},
-        {QStringLiteral("filesize"), QString::fromUtf16(file.size)}};
+    QJsonObject figures{{u"percentage"_s, m_percentage.value_or(QString::number(share(100)))},
+                        {u"transferSpeed"_s, speedText(double(file.speed) * m_bandwidth / WholeLine)},
+                        {u"estimatedTime"_s, clockText((m_order.length - m_worked) * WholeLine / m_bandwidth)},
+                        {u"elapsedtime"_s, clockText(m_elapsed)},
+                        {u"filename"_s, m_fileName.value_or(fileName(file.path))},
+                        {u"tansferMode"_s, QString::fromUtf16(wordsOf(m_order.kind).verb)},
+                        {u"filesize"_s, QString::fromUtf16(file.size)}};
     if (m_order.kind != JobKind::LocalBackup) {
         figures.insert(u"dedupRemainingFiles", QString::number(FilesInAll - share(FilesInAll)));
         figures.insert(u"dedupCompletedFiles", QString::number(share(FilesInAll)));
@@ -194,5 +195,5 @@ QJsonObject BackupJob::figures() const
 
 QString BackupJob::fileName(const char16_t *path) const
 {
-    return QStringLiteral("/home/%1/").arg(m_order.account.section(u'@', 0, 0)) + QString::fromUtf16(path);
+    return u"/home/%1/"_s.arg(m_order.account.section(u'@', 0, 0)) + QString::fromUtf16(path);
 }

@@ -8,11 +8,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const QString StatusKey = QStringLiteral("status");
-const QString TimeKey = QStringLiteral("scheduleTime");
-const QString AccountKey = QStringLiteral("corvaneUserName");
+const QString StatusKey = u"status"_s;
+const QString TimeKey = u"scheduleTime"_s;
+const QString AccountKey = u"corvaneUserName"_s;
 
 bool hasStatus(const ScheduleRecord &record, JobStatus status)
 {
@@ -21,7 +23,7 @@ bool hasStatus(const ScheduleRecord &record, JobStatus status)
 
 Frequency frequencyOf(const ScheduleRecord &record)
 {
-    return static_cast<Frequency>(record.value(QStringLiteral("frequency")).toInt());
+    return static_cast<Frequency>(record.value(u"frequency"_s).toInt());
 }
 } // namespace
 
@@ -31,58 +33,57 @@ DaemonFiles::DaemonFiles(PathTable table) : m_table(std::move(table))
 
 bool DaemonFiles::publishPort(quint16 port)
 {
-    return writePropertyList(m_table.path(QStringLiteral("TCPPortFile")),
-                             {{QStringLiteral("port"), int(port)}});
+    return writePropertyList(m_table.path(u"TCPPortFile"_s), {{u"port"_s, int(port)}});
 }
 
 QString DaemonFiles::signedInAccount() const
 {
-    const QVariant record = readPropertyList(m_table.path(QStringLiteral("LastUserLoginDetailsFilePath")));
-    return record.toMap().value(QStringLiteral("Username")).toString();
+    const QVariant record = readPropertyList(m_table.path(u"LastUserLoginDetailsFilePath"_s));
+    return record.toMap().value(u"Username"_s).toString();
 }
 
 bool DaemonFiles::setCurrentJob(const std::optional<RunningJob> &job)
 {
     QVariantMap jobs;
-    QVariantMap status{{QStringLiteral("Interactive"), QString()}, {QStringLiteral("Schedule"), QString()}};
+    QVariantMap status{{u"Interactive"_s, QString()}, {u"Schedule"_s, QString()}};
     if (job) {
-        const QVariantMap entry{{QStringLiteral("operationStartType"), job->operationStartType},
-                                {QStringLiteral("operationType"), job->operationType}};
+        const QVariantMap entry{{u"operationStartType"_s, job->operationStartType},
+                                {u"operationType"_s, job->operationType}};
         jobs.insert(job->account, QVariantList{entry});
         const bool byHand = job->operationStartType == 0;
-        status.insert(byHand ? QStringLiteral("Interactive") : QStringLiteral("Schedule"), job->account);
+        status.insert(byHand ? u"Interactive"_s : u"Schedule"_s, job->account);
     }
-    const bool listed = writePropertyList(m_table.path(QStringLiteral("CurrentJobs")), jobs);
-    return writePropertyList(m_table.path(QStringLiteral("ApplicationStatusPath")), status) && listed;
+    const bool listed = writePropertyList(m_table.path(u"CurrentJobs"_s), jobs);
+    return writePropertyList(m_table.path(u"ApplicationStatusPath"_s), status) && listed;
 }
 
 bool DaemonFiles::setSchedulerState(SchedulerState state)
 {
-    return writeWholeFile(m_table.path(QStringLiteral("SchedulerStatusInfoPath")),
+    return writeWholeFile(m_table.path(u"SchedulerStatusInfoPath"_s),
                           QByteArray::number(static_cast<int>(state)));
 }
 
 bool DaemonFiles::schedulesDisabled() const
 {
-    return readTextFile(m_table.path(QStringLiteral("SchedulerStatusInfoPath"))) == QLatin1StringView("0");
+    return readTextFile(m_table.path(u"SchedulerStatusInfoPath"_s)) == "0"_L1;
 }
 
 bool DaemonFiles::setPauseMarker(const QString &account, bool paused)
 {
     const QString folder = QFileInfo(throttlePath(account)).path();
-    return writeWholeFile(folder + QStringLiteral("/pause.txt"), paused ? "1" : "0");
+    return writeWholeFile(folder + u"/pause.txt"_s, paused ? "1" : "0");
 }
 
 int DaemonFiles::bandwidth(const QString &account) const
 {
-    const QVariant preferences = readPropertyList(m_table.path(QStringLiteral("DeamonPreferencePath")));
+    const QVariant preferences = readPropertyList(m_table.path(u"DeamonPreferencePath"_s));
     return allowedBandwidth(preferences.toMap().value(account).toMap());
 }
 
 std::optional<ScheduleRecord> DaemonFiles::scheduleFor(const QString &account,
                                                        std::optional<JobKind> kind) const
 {
-    const Records records = readSchedules(m_table.path(QStringLiteral("SchedulerSettingsFile")));
+    const Records records = readSchedules(m_table.path(u"SchedulerSettingsFile"_s));
     const auto found = findSchedule(records, account, kind);
     if (found == records.cend())
         return std::nullopt;
@@ -92,7 +93,7 @@ std::optional<ScheduleRecord> DaemonFiles::scheduleFor(const QString &account,
 bool DaemonFiles::setScheduleStatus(const QString &account, JobStatus status, const QDateTime &now,
                                     std::optional<JobKind> kind)
 {
-    const QString path = m_table.path(QStringLiteral("SchedulerSettingsFile"));
+    const QString path = m_table.path(u"SchedulerSettingsFile"_s);
     Records records = readSchedules(path);
     const auto running =
         std::find_if(records.cbegin(), records.cend(), [&account](const ScheduleRecord &record) {
@@ -115,7 +116,7 @@ bool DaemonFiles::setScheduleStatus(const QString &account, JobStatus status, co
 
 void DaemonFiles::clearStaleState(const QDateTime &now)
 {
-    const QString path = m_table.path(QStringLiteral("SchedulerSettingsFile"));
+    const QString path = m_table.path(u"SchedulerSettingsFile"_s);
     for (const ScheduleRecord &record : readSchedules(path)) {
         if (!hasStatus(record, JobStatus::InProgress))
             continue;
@@ -130,7 +131,7 @@ void DaemonFiles::clearStaleState(const QDateTime &now)
 
 bool DaemonFiles::announceScheduleChange() const
 {
-    return postNotification(m_table.value(QStringLiteral("UpdateImmediateScheduleToolTip")));
+    return postNotification(m_table.value(u"UpdateImmediateScheduleToolTip"_s));
 }
 
 DaemonFiles::Records::const_iterator DaemonFiles::findSchedule(const Records &records, const QString &account,
@@ -139,7 +140,7 @@ DaemonFiles::Records::const_iterator DaemonFiles::findSchedule(const Records &re
     const QString login = loginName();
     auto best = records.cend();
     for (auto record = records.cbegin(); record != records.cend(); ++record) {
-        if (record->value(AccountKey) != account || record->value(QStringLiteral("profileName")) != login)
+        if (record->value(AccountKey) != account || record->value(u"profileName"_s) != login)
             continue;
         if (kind && kindOf(*record) != *kind)
             continue;
@@ -154,5 +155,5 @@ DaemonFiles::Records::const_iterator DaemonFiles::findSchedule(const Records &re
 
 QString DaemonFiles::throttlePath(const QString &account) const
 {
-    return m_table.path(QStringLiteral("BandwidthThrottleFilePathForTql"), {account});
+    return m_table.path(u"BandwidthThrottleFilePathForTql"_s, {account});
 }

@@ -10,6 +10,8 @@
 #include <chrono>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds DribblePause{5};
@@ -102,14 +104,14 @@ void DaemonServer::acceptPending()
         Client &client = *m_clients.back();
         connect(socket, &QTcpSocket::readyRead, this, [this, &client] { readFrom(client); });
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] { remove(socket); });
-        Q_EMIT noticed(QStringLiteral("client connected"));
+        Q_EMIT noticed(u"client connected"_s);
     }
 }
 
 void DaemonServer::readFrom(Client &client)
 {
     if (!client.reader.feed(client.socket->readAll())) {
-        Q_EMIT noticed(QStringLiteral("client dropped: frame too large"));
+        Q_EMIT noticed(u"client dropped: frame too large"_s);
         client.socket->abort();
         return;
     }
@@ -122,7 +124,7 @@ void DaemonServer::readFrom(Client &client)
         if (document.isObject())
             Q_EMIT messageReceived(document.object());
         else
-            Q_EMIT noticed(QStringLiteral("client sent no JSON object"));
+            Q_EMIT noticed(u"client sent no JSON object"_s);
     }
 }
 
@@ -130,5 +132,5 @@ void DaemonServer::remove(QTcpSocket *socket)
 {
     std::erase_if(m_clients, [socket](const auto &client) { return client->socket == socket; });
     socket->deleteLater();
-    Q_EMIT noticed(QStringLiteral("client disconnected"));
+    Q_EMIT noticed(u"client disconnected"_s);
 }

@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 bool isSwitchedOn(const QVariant &value)
 {
     // By type first: a number would be turned into a text and then equal it.
-    return value.typeId() == QMetaType::Bool
-               ? value.toBool()
-               : value.typeId() == QMetaType::QString && value == QStringLiteral("1");
+    return value.typeId() == QMetaType::Bool ? value.toBool()
+                                             : value.typeId() == QMetaType::QString && value == u"1"_s;
 }
 
 std::optional<qlonglong> percentOf(const QVariant &value)
@@ -28,8 +29,7 @@ int allowedBandwidth(const QVariantMap &settings)
 {
     constexpr qlonglong Least = 1;
     constexpr qlonglong All = 100;
-    const bool autoPause = isSwitchedOn(settings.value(QStringLiteral("EnableBandwidthThrottleKey")));
-    const QString key =
-        autoPause ? QStringLiteral("BandwidthThrottleAutoPauseKey") : QStringLiteral("BandwidthThrottleKey");
+    const bool autoPause = isSwitchedOn(settings.value(u"EnableBandwidthThrottleKey"_s));
+    const QString key = autoPause ? u"BandwidthThrottleAutoPauseKey"_s : u"BandwidthThrottleKey"_s;
     return static_cast<int>(std::clamp(percentOf(settings.value(key)).value_or(All), Least, All));
 }

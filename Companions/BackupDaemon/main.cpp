@@ -3,14 +3,14 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption portOption(QStringLiteral("port"), QStringLiteral("Port to listen on; 0 for any."),
-                                        QStringLiteral("number"), QStringLiteral("0"));
-    const QCommandLineOption tableOption(QStringLiteral("table"), QStringLiteral("The path table to use."),
-                                         QStringLiteral("file"));
+    const QCommandLineOption portOption(u"port"_s, u"Port to listen on; 0 for any."_s, u"number"_s, u"0"_s);
+    const QCommandLineOption tableOption(u"table"_s, u"The path table to use."_s, u"file"_s);
     parser.addOptions({portOption, tableOption});
     parser.addHelpOption();
     parser.process(application);
@@ -19,8 +19,8 @@ int main(int argc, char **argv)
     bool isPort = false;
     const quint16 port = parser.value(portOption).toUShort(&isPort);
     if (!table || !isPort) {
-        printResult(CommandResult::failed(table ? QStringLiteral("no port number: ") + parser.value(portOption)
-                                                : QStringLiteral("no path table")));
+        printResult(CommandResult::failed(table ? u"no port number: "_s + parser.value(portOption)
+                                                : u"no path table"_s));
         return 2;
     }
 

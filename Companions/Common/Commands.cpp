@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 LineInput::LineInput(QObject *parent)
     : QObject(parent), m_notifier(new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this))
 {
@@ -47,7 +49,7 @@ CommandResult CommandTable::run(const QString &line) const
         }
     }
     if (!found)
-        return CommandResult::failed(QStringLiteral("unknown command: ") + text);
+        return CommandResult::failed(u"unknown command: "_s + text);
     const QString rest = text.mid(matched).trimmed();
     return found->handler(rest.simplified().split(u' ', Qt::SkipEmptyParts), rest);
 }
@@ -56,7 +58,7 @@ QString CommandTable::help() const
 {
     QStringList lines;
     for (const auto &[command, entry] : m_entries)
-        lines.append(QStringLiteral("  ") + entry.usage);
+        lines.append(u"  "_s + entry.usage);
     return lines.join(u'\n');
 }
 
@@ -69,6 +71,6 @@ void printLine(const QString &line)
 
 void printResult(const CommandResult &result)
 {
-    const QString word = result.done ? QStringLiteral("ok") : QStringLiteral("error");
+    const QString word = result.done ? u"ok"_s : u"error"_s;
     printLine(result.text.isEmpty() ? word : word + u' ' + result.text);
 }

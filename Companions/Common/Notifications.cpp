@@ -3,11 +3,13 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const QString Path = QStringLiteral("/com/halvernet/Corvane/DistributedNotifications");
-const QString Interface = QStringLiteral("com.halvernet.Corvane.DistributedNotifications");
-const QString Signal = QStringLiteral("Posted");
+const QString Path = u"/com/halvernet/Corvane/DistributedNotifications"_s;
+const QString Interface = u"com.halvernet.Corvane.DistributedNotifications"_s;
+const QString Signal = u"Posted"_s;
 } // namespace
 
 bool postNotification(const QString &name, const QString &object, const QVariantMap &userInfo)

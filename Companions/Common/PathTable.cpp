@@ -9,6 +9,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// Programs lie in bin/ or in a folder of their own below it.
@@ -18,7 +20,7 @@ QString tableBesideProgram()
 {
     QDir folder(QCoreApplication::applicationDirPath());
     for (int level = 0; level < BundleSearchDepth && folder.cdUp(); ++level) {
-        const QString candidate = folder.filePath(QStringLiteral("share/corvane-monitor/Localizable.plist"));
+        const QString candidate = folder.filePath(u"share/corvane-monitor/Localizable.plist"_s);
         if (QFileInfo::exists(candidate))
             return candidate;
     }
@@ -40,7 +42,7 @@ std::optional<PathTable> PathTable::load(const QString &given)
 
 QString PathTable::value(const QString &key, const QStringList &arguments) const
 {
-    const QString placeholder = QStringLiteral("%@");
+    const QString placeholder = u"%@"_s;
     QString text = m_entries.value(key).toString();
     qsizetype from = 0;
     for (const QString &argument : arguments) {

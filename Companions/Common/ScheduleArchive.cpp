@@ -6,10 +6,12 @@
 #include <QHash>
 #include <QTimeZone>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr int ArchiverVersion = 100000;
-const QString RecordClass = QStringLiteral("CorvaneScheduleItem");
+const QString RecordClass = u"CorvaneScheduleItem"_s;
 
 QDateTime referenceDate()
 {
@@ -21,7 +23,7 @@ QDateTime referenceDate()
 class ArchiveBuilder
 {
 public:
-    ArchiveBuilder() { m_objects.append(QStringLiteral("$null")); }
+    ArchiveBuilder() { m_objects.append(u"$null"_s); }
 
     QVariant addArray(const QVariantList &elements, const QString &className)
     {
@@ -29,19 +31,18 @@ public:
         QVariantList references;
         for (const QVariant &element : elements)
             references.append(addValue(element));
-        const QStringList chain =
-            className == QLatin1StringView("NSMutableArray")
-                ? QStringList{className, QStringLiteral("NSArray"), QStringLiteral("NSObject")}
-                : QStringList{className, QStringLiteral("NSObject")};
-        return fill(place, {{QStringLiteral("NS.objects"), references}}, chain);
+        const QStringList chain = className == "NSMutableArray"_L1
+                                      ? QStringList{className, u"NSArray"_s, u"NSObject"_s}
+                                      : QStringList{className, u"NSObject"_s};
+        return fill(place, {{u"NS.objects"_s, references}}, chain);
     }
 
     QByteArray finish(const QString &rootKey, const QVariant &root)
     {
-        const QVariantMap archive{{QStringLiteral("$version"), ArchiverVersion},
-                                  {QStringLiteral("$archiver"), QStringLiteral("NSKeyedArchiver")},
-                                  {QStringLiteral("$top"), QVariantMap{{rootKey, root}}},
-                                  {QStringLiteral("$objects"), m_objects}};
+        const QVariantMap archive{{u"$version"_s, ArchiverVersion},
+                                  {u"$archiver"_s, u"NSKeyedArchiver"_s},
+                                  {u"$top"_s, QVariantMap{{rootKey, root}}},
+                                  {u"$objects"_s, m_objects}};
         return propertyListBytes(archive, PlistForm::Binary);
     }
 
@@ -57,7 +58,7 @@ private:
         case QMetaType::QVariantMap:
             return addRecord(value.toMap());
         case QMetaType::QVariantList:
-            return addArray(value.toList(), QStringLiteral("NSArray"));
+            return addArray(value.toList(), u"NSArray"_s);
         default:
             return value;
         }
@@ -77,8 +78,7 @@ private:
     QVariant addDate(const QDateTime &date)
     {
         const double seconds = static_cast<double>(referenceDate().msecsTo(date)) / 1000.0;
-        return fill(reserve(), {{QStringLiteral("NS.time"), seconds}},
-                    {QStringLiteral("NSDate"), QStringLiteral("NSObject")});
+        return fill(reserve(), {{u"NS.time"_s, seconds}}, {u"NSDate"_s, u"NSObject"_s});
     }
 
     QVariant addRecord(const ScheduleRecord &record)
@@ -87,12 +87,12 @@ private:
         QVariantMap object;
         for (auto field = record.cbegin(); field != record.cend(); ++field)
             object.insert(field.key(), addValue(field.value()));
-        return fill(place, object, {RecordClass, QStringLiteral("NSObject")});
+        return fill(place, object, {RecordClass, u"NSObject"_s});
     }
 
     QVariant fill(qsizetype place, QVariantMap object, const QStringList &classChain)
     {
-        object.insert(QStringLiteral("$class"), addClass(classChain));
+        object.insert(u"$class"_s, addClass(classChain));
         m_objects[place] = object;
         return reference(place);
     }
@@ -103,8 +103,7 @@ private:
         if (known != m_classes.cend())
             return reference(*known);
         const qsizetype place = reserve();
-        m_objects[place] =
-            QVariantMap{{QStringLiteral("$classname"), chain.first()}, {QStringLiteral("$classes"), chain}};
+        m_objects[place] = QVariantMap{{u"$classname"_s, chain.first()}, {u"$classes"_s, chain}};
         m_classes.insert(chain.first(), place);
         return reference(place);
     }
@@ -130,15 +129,12 @@ private:
 class ArchiveReader
 {
 public:
-    explicit ArchiveReader(const QVariantMap &archive)
-        : m_objects(archive.value(QStringLiteral("$objects")).toList())
-    {
-    }
+    explicit ArchiveReader(const QVariantMap &archive) : m_objects(archive.value(u"$objects"_s).toList()) {}
 
     [[nodiscard]] std::optional<QVariantList> array(const QVariant &from) const
     {
         const QVariantMap object = resolve(from).toMap();
-        const QVariant elements = object.value(QStringLiteral("NS.objects"));
+        const QVariant elements = object.value(u"NS.objects"_s);
         if (elements.typeId() != QMetaType::QVariantList)
             return std::nullopt;
         return elements.toList();
@@ -149,7 +145,7 @@ public:
         QVariantMap object = resolve(from).toMap();
         if (className(object) != RecordClass)
             return std::nullopt;
-        object.remove(QStringLiteral("$class"));
+        object.remove(u"$class"_s);
         ScheduleRecord record;
         for (auto field = object.cbegin(); field != object.cend(); ++field)
             if (const QVariant decoded = value(field.value()); decoded.isValid())
@@ -167,10 +163,7 @@ private:
 
     [[nodiscard]] QString className(const QVariantMap &object) const
     {
-        return resolve(object.value(QStringLiteral("$class")))
-            .toMap()
-            .value(QStringLiteral("$classname"))
-            .toString();
+        return resolve(object.value(u"$class"_s)).toMap().value(u"$classname"_s).toString();
     }
 
     [[nodiscard]] QVariant value(const QVariant &from) const
@@ -180,7 +173,7 @@ private:
         const QVariant object = resolve(from);
         if (object.typeId() != QMetaType::QVariantMap)
             return object;
-        const QVariant seconds = object.toMap().value(QStringLiteral("NS.time"));
+        const QVariant seconds = object.toMap().value(u"NS.time"_s);
         if (seconds.isValid())
             return referenceDate().addMSecs(qRound64(seconds.toDouble() * 1000.0)).toLocalTime();
         const auto elements = array(from);
@@ -199,17 +192,15 @@ private:
 QByteArray archiveSchedules(const std::vector<ScheduleRecord> &records)
 {
     ArchiveBuilder builder;
-    const QVariant root =
-        builder.addArray(QVariantList(records.begin(), records.end()), QStringLiteral("NSMutableArray"));
-    return builder.finish(QStringLiteral("Schedules"), root);
+    const QVariant root = builder.addArray(QVariantList(records.begin(), records.end()), u"NSMutableArray"_s);
+    return builder.finish(u"Schedules"_s, root);
 }
 
 std::optional<std::vector<ScheduleRecord>> unarchiveSchedules(const QByteArray &bytes)
 {
     const QVariantMap archive = parsePropertyList(bytes).toMap();
     const ArchiveReader reader(archive);
-    const auto entries =
-        reader.array(archive.value(QStringLiteral("$top")).toMap().value(QStringLiteral("Schedules")));
+    const auto entries = reader.array(archive.value(u"$top"_s).toMap().value(u"Schedules"_s));
     if (!entries)
         return std::nullopt;
     std::vector<ScheduleRecord> records;
@@ -229,10 +220,9 @@ std::vector<ScheduleRecord> readSchedules(const QString &path)
 
 JobKind kindOf(const ScheduleRecord &record)
 {
-    if (record.value(QStringLiteral("scheduleType")).toInt() == 1)
+    if (record.value(u"scheduleType"_s).toInt() == 1)
         return JobKind::Restore;
-    return record.value(QStringLiteral("backupType")).toInt() == 1 ? JobKind::LocalBackup
-                                                                   : JobKind::OnlineBackup;
+    return record.value(u"backupType"_s).toInt() == 1 ? JobKind::LocalBackup : JobKind::OnlineBackup;
 }
 
 bool writeSchedules(const QString &path, const std::vector<ScheduleRecord> &records)

@@ -12,13 +12,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds ReapPause{10};
 
 QList<qint64> children()
 {
-    QFile list(QStringLiteral("/proc/self/task/%1/children").arg(getpid()));
+    QFile list(u"/proc/self/task/%1/children"_s.arg(getpid()));
     if (!list.open(QIODevice::ReadOnly))
         return {};
     QList<qint64> pids;
@@ -103,10 +105,10 @@ void Child::readLines()
     while (m_process.canReadLine() || (!isRunning() && m_process.bytesAvailable() > 0)) {
         const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
         const QString word = line.section(u' ', 0, 0);
-        if (word == QLatin1StringView("ok") || word == QLatin1StringView("error")) {
-            Q_EMIT answered(word == QLatin1StringView("ok"), line.section(u' ', 1));
+        if (word == "ok"_L1 || word == "error"_L1) {
+            Q_EMIT answered(word == "ok"_L1, line.section(u' ', 1));
         } else {
-            printLine(QStringLiteral("[%1] %2").arg(m_name, line));
+            printLine(u"[%1] %2"_s.arg(m_name, line));
             Q_EMIT printed(line);
         }
     }
@@ -122,7 +124,7 @@ QList<qint64> childrenRunning(const QString &program)
     const QString wanted = QFileInfo(program).canonicalFilePath();
     QList<qint64> found;
     for (const qint64 pid : children()) {
-        if (!wanted.isEmpty() && QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(pid)) == wanted)
+        if (!wanted.isEmpty() && QFile::symLinkTarget(u"/proc/%1/exe"_s.arg(pid)) == wanted)
             found.append(pid);
     }
     return found;
@@ -150,7 +152,7 @@ QList<std::optional<int>> reapEnded(const QString &program)
     QList<std::optional<int>> exits;
     for (const qint64 pid : children()) {
         // Of a process that has ended, the name is all that is left to know it by.
-        QFile name(QStringLiteral("/proc/%1/comm").arg(pid));
+        QFile name(u"/proc/%1/comm"_s.arg(pid));
         if (!name.open(QIODevice::ReadOnly) || name.readAll().trimmed() != wanted)
             continue;
         int status = 0;

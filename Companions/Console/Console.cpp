@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::seconds AnswerLimit{10};
@@ -26,22 +28,20 @@ bool contains(const Words &words, const QString &word)
 
 QStringList tableArguments(const QString &table)
 {
-    return table.isEmpty() ? QStringList() : QStringList{QStringLiteral("--table"), table};
+    return table.isEmpty() ? QStringList() : QStringList{u"--table"_s, table};
 }
 } // namespace
 
 Console::Console(ConsoleSettings settings, OnFailure onFailure, QObject *parent)
     : QObject(parent), m_settings(std::move(settings)), m_onFailure(onFailure), m_probe(m_settings.monitor),
-      m_daemon(QStringLiteral("daemon"), m_settings.companionsFolder + QStringLiteral("/corvane-backup-daemon"),
+      m_daemon(u"daemon"_s, m_settings.companionsFolder + u"/corvane-backup-daemon"_s,
                tableArguments(m_settings.table)),
-      m_sync(QStringLiteral("sync"), m_settings.companionsFolder + QStringLiteral("/corvane-sync-daemon"),
+      m_sync(u"sync"_s, m_settings.companionsFolder + u"/corvane-sync-daemon"_s,
              tableArguments(m_settings.table)),
-      m_application(QStringLiteral("application"),
-                    m_settings.companionsFolder + QStringLiteral("/corvane-main-application"),
+      m_application(u"application"_s, m_settings.companionsFolder + u"/corvane-main-application"_s,
                     tableArguments(m_settings.table)),
-      m_front(QStringLiteral("front"), m_settings.companionsFolder + QStringLiteral("/Corvane"),
-              tableArguments(m_settings.table)),
-      m_monitor(QStringLiteral("monitor"), m_settings.monitor, {})
+      m_front(u"front"_s, m_settings.companionsFolder + u"/Corvane"_s, tableArguments(m_settings.table)),
+      m_monitor(u"monitor"_s, m_settings.monitor, {})
 {
     addProgramCommands();
     addLifeCommands();
@@ -76,22 +76,20 @@ void Console::addCommand(const QString &name, const QString &usage, Action actio
 
 void Console::addProgramCommands()
 {
-    addCommand(QStringLiteral("daemon"), QStringLiteral("daemon start|stop|crash"),
-               [this](const QStringList &words, const QString &) {
-                   const QString verb = words.value(0);
-                   if (verb == QLatin1StringView("start"))
-                       startChild(m_daemon, true);
-                   else if (verb == QLatin1StringView("stop"))
-                       stopChild(m_daemon, QStringLiteral("quit"));
-                   else if (verb == QLatin1StringView("crash"))
-                       stopChild(m_daemon, verb);
-                   else
-                       finish(CommandResult::failed(QStringLiteral("start, stop or crash")));
-               });
+    addCommand(u"daemon"_s, u"daemon start|stop|crash"_s, [this](const QStringList &words, const QString &) {
+        const QString verb = words.value(0);
+        if (verb == "start"_L1)
+            startChild(m_daemon, true);
+        else if (verb == "stop"_L1)
+            stopChild(m_daemon, u"quit"_s);
+        else if (verb == "crash"_L1)
+            stopChild(m_daemon, verb);
+        else
+            finish(CommandResult::failed(u"start, stop or crash"_s));
+    });
     addCommand(
-        QStringLiteral("sync"),
-        QStringLiteral(
-            "sync daemon start|stop|crash | sync on|off | sync line TEXT | sync COMMAND of the sync daemon"),
+        u"sync"_s,
+        u"sync daemon start|stop|crash | sync on|off | sync line TEXT | sync COMMAND of the sync daemon"_s,
         [this](const QStringList &words, const QString &rest) { runSyncCommand(words, rest); });
 }
 
@@ -110,7 +108,7 @@ void Console::runNext()
 
 void Console::run(const QString &line)
 {
-    printLine(QStringLiteral("> ") + line);
+    printLine(u"> "_s + line);
     const QString word = line.section(u' ', 0, 0, QString::SectionSkipEmpty);
     const QString rest = line.trimmed().mid(word.size()).trimmed();
     const auto own = m_commands.find(word);
@@ -121,7 +119,7 @@ void Console::run(const QString &line)
     else if (contains(ApplicationWords, word))
         forward(m_application, line);
     else
-        finish(CommandResult::failed(QStringLiteral("unknown command: %1 (try help)").arg(word)));
+        finish(CommandResult::failed(u"unknown command: %1 (try help)"_s.arg(word)));
 }
 
 void Console::finish(const CommandResult &result)
@@ -151,15 +149,15 @@ void Console::finishAfter(std::chrono::milliseconds limit, const QString &failur
 void Console::startChild(Child &child, bool answersStart)
 {
     if (child.isRunning())
-        return finish(CommandResult::failed(child.name() + QStringLiteral(" is running already")));
+        return finish(CommandResult::failed(child.name() + u" is running already"_s));
     if (answersStart) {
         m_wait = connect(&child, &Child::answered, this, [this](bool done, const QString &text) {
             finish({done, text});
         });
-        finishAfter(AnswerLimit, child.name() + QStringLiteral(" does not answer"));
+        finishAfter(AnswerLimit, child.name() + u" does not answer"_s);
     }
     if (!child.start())
-        finish(CommandResult::failed(QStringLiteral("cannot start ") + child.program()));
+        finish(CommandResult::failed(u"cannot start "_s + child.program()));
     else if (!answersStart)
         finish(CommandResult::ok());
 }
@@ -167,20 +165,20 @@ void Console::startChild(Child &child, bool answersStart)
 void Console::stopChild(Child &child, const QString &command)
 {
     if (!child.isRunning())
-        return finish(CommandResult::failed(child.name() + QStringLiteral(" is not running")));
+        return finish(CommandResult::failed(child.name() + u" is not running"_s));
     m_wait = connect(&child, &Child::ended, this, [this] { finish(CommandResult::ok()); });
-    finishAfter(AnswerLimit, child.name() + QStringLiteral(" does not end"));
+    finishAfter(AnswerLimit, child.name() + u" does not end"_s);
     child.writeLine(command);
 }
 
 void Console::forward(Child &child, const QString &line)
 {
     if (!child.isRunning())
-        return finish(CommandResult::failed(child.name() + QStringLiteral(" is not running")));
+        return finish(CommandResult::failed(child.name() + u" is not running"_s));
     m_wait = connect(&child, &Child::answered, this, [this](bool done, const QString &text) {
         finish({done, text});
     });
-    finishAfter(AnswerLimit, child.name() + QStringLiteral(" does not answer"));
+    finishAfter(AnswerLimit, child.name() + u" does not answer"_s);
     child.writeLine(line);
 }
 
@@ -188,36 +186,36 @@ void Console::runSyncCommand(const QStringList &words, const QString &rest)
 {
     const QString verb = words.value(0);
     const QString order = words.value(1);
-    if (verb == QLatin1StringView("daemon") && order == QLatin1StringView("start"))
+    if (verb == "daemon"_L1 && order == "start"_L1)
         startChild(m_sync, true);
-    else if (verb == QLatin1StringView("daemon") && order == QLatin1StringView("stop"))
-        stopChild(m_sync, QStringLiteral("quit"));
-    else if (verb == QLatin1StringView("daemon") && order == QLatin1StringView("crash"))
-        stopChild(m_sync, QStringLiteral("die"));
-    else if (verb.isEmpty() || verb == QLatin1StringView("daemon"))
-        finish(CommandResult::failed(QStringLiteral("daemon start, stop or crash, or a command (try help)")));
-    else if (verb == QLatin1StringView("on")) // the user switches it in the main application
-        forward(m_application, QStringLiteral("notify EnableDisableSync sync=EnableSync"));
-    else if (verb == QLatin1StringView("off"))
-        forward(m_application, QStringLiteral("notify EnableDisableSync sync=DisableSync"));
-    else if (verb == QLatin1StringView("line"))
-        forward(m_sync, QStringLiteral("status ") + rest.mid(verb.size()).trimmed());
+    else if (verb == "daemon"_L1 && order == "stop"_L1)
+        stopChild(m_sync, u"quit"_s);
+    else if (verb == "daemon"_L1 && order == "crash"_L1)
+        stopChild(m_sync, u"die"_s);
+    else if (verb.isEmpty() || verb == "daemon"_L1)
+        finish(CommandResult::failed(u"daemon start, stop or crash, or a command (try help)"_s));
+    else if (verb == "on"_L1) // the user switches it in the main application
+        forward(m_application, u"notify EnableDisableSync sync=EnableSync"_s);
+    else if (verb == "off"_L1)
+        forward(m_application, u"notify EnableDisableSync sync=DisableSync"_s);
+    else if (verb == "line"_L1)
+        forward(m_sync, u"status "_s + rest.mid(verb.size()).trimmed());
     else
         forward(m_sync, rest);
 }
 
 void Console::printHelp()
 {
-    printLine(QStringLiteral("programs, watching:"));
+    printLine(u"programs, watching:"_s);
     for (const auto &[name, command] : m_commands)
-        printLine(QStringLiteral("  ") + command.usage);
+        printLine(u"  "_s + command.usage);
     printHelpOf({&m_daemon, &m_sync, &m_application});
 }
 
 void Console::printHelpOf(QList<Child *> children)
 {
     while (!children.isEmpty() && !children.first()->isRunning())
-        printLine(children.takeFirst()->name() + QStringLiteral(" is not running"));
+        printLine(children.takeFirst()->name() + u" is not running"_s);
     if (children.isEmpty())
         return finish(CommandResult::ok());
     // Each companion knows its own commands; one at a time, for each ends its list with an answer.
@@ -225,7 +223,7 @@ void Console::printHelpOf(QList<Child *> children)
     disconnect(m_wait);
     m_wait = connect(&child, &Child::answered, this, [this, children] { printHelpOf(children); });
     m_deadline.disconnect();
-    finishAfter(AnswerLimit, child.name() + QStringLiteral(" does not answer"));
+    finishAfter(AnswerLimit, child.name() + u" does not answer"_s);
     printLine(child.name() + u':');
-    child.writeLine(QStringLiteral("help"));
+    child.writeLine(u"help"_s);
 }

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::seconds ScreenshotLimit{30};
@@ -26,7 +28,7 @@ QString textOf(const QList<MenuEntry> &entries)
 
 CommandResult noMenu()
 {
-    return CommandResult::failed(QStringLiteral("there is no menu"));
+    return CommandResult::failed(u"there is no menu"_s);
 }
 } // namespace
 
@@ -45,45 +47,36 @@ Wanted wantedOf(const QString &words)
 
 void Console::addWatchCommands()
 {
-    addCommand(QStringLiteral("wait"), QStringLiteral("wait SECONDS"),
-               [this](const QStringList &words, const QString &) {
-                   bool isNumber = false;
-                   const double seconds = words.value(0).toDouble(&isNumber);
-                   if (!isNumber || seconds < 0)
-                       return finish(CommandResult::failed(QStringLiteral("needs a number of seconds")));
-                   QTimer::singleShot(static_cast<int>(seconds * 1000), this,
-                                      [this] { finish(CommandResult::ok()); });
-               });
-    addCommand(QStringLiteral("expect"),
-               QStringLiteral("expect tooltip TEXT | new tooltip | menu LINE | no menu TITLE | file KEY TEXT | "
-                              "application | monitor ended | [no] window [TITLE] | [no] window text TEXT | "
-                              "[no] daemon TEXT | job preparing|running|paused|none; each with [SECONDS]"),
+    addCommand(u"wait"_s, u"wait SECONDS"_s, [this](const QStringList &words, const QString &) {
+        bool isNumber = false;
+        const double seconds = words.value(0).toDouble(&isNumber);
+        if (!isNumber || seconds < 0)
+            return finish(CommandResult::failed(u"needs a number of seconds"_s));
+        QTimer::singleShot(static_cast<int>(seconds * 1000), this, [this] { finish(CommandResult::ok()); });
+    });
+    addCommand(u"expect"_s,
+               u"expect tooltip TEXT | new tooltip | menu LINE | no menu TITLE | file KEY TEXT | "
+               "application | monitor ended | [no] window [TITLE] | [no] window text TEXT | "
+               "[no] daemon TEXT | job preparing|running|paused|none; each with [SECONDS]"_s,
                [this](const QStringList &words, const QString &rest) { runExpect(words, rest); });
-    addCommand(QStringLiteral("show"),
-               QStringLiteral("show tooltip|menu             as the desktop's host is told it"),
+    addCommand(u"show"_s, u"show tooltip|menu             as the desktop's host is told it"_s,
                [this](const QStringList &words, const QString &) { show(words.value(0)); });
-    addCommand(QStringLiteral("click"),
-               QStringLiteral("click TITLE [| TITLE...]      on an item of the menu, as the host passes it on"),
+    addCommand(u"click"_s, u"click TITLE [| TITLE...]      on an item of the menu, as the host passes it on"_s,
                [this](const QStringList &, const QString &rest) { clickItem(rest); });
-    addCommand(QStringLiteral("screenshot"),
-               QStringLiteral("screenshot NAME               of the panel and the tool tip"),
+    addCommand(u"screenshot"_s, u"screenshot NAME               of the panel and the tool tip"_s,
+               [this](const QStringList &words, const QString &) { takePicture({u"tip"_s}, words.value(0)); });
+    addCommand(u"picture"_s,
+               u"picture menu|window NAME      of the open menu, of the monitor's topmost window"_s,
                [this](const QStringList &words, const QString &) {
-                   takePicture({QStringLiteral("tip")}, words.value(0));
+                   if (words.value(0) == "menu"_L1)
+                       takePicture({u"menu"_s}, words.value(1));
+                   else if (words.value(0) == "window"_L1)
+                       pictureWindow(words.value(1));
+                   else
+                       finish(CommandResult::failed(u"a picture of what?"_s));
                });
-    addCommand(
-        QStringLiteral("picture"),
-        QStringLiteral("picture menu|window NAME      of the open menu, of the monitor's topmost window"),
-        [this](const QStringList &words, const QString &) {
-            if (words.value(0) == QLatin1StringView("menu"))
-                takePicture({QStringLiteral("menu")}, words.value(1));
-            else if (words.value(0) == QLatin1StringView("window"))
-                pictureWindow(words.value(1));
-            else
-                finish(CommandResult::failed(QStringLiteral("a picture of what?")));
-        });
-    addCommand(QStringLiteral("help"), QStringLiteral("help"),
-               [this](const QStringList &, const QString &) { printHelp(); });
-    addCommand(QStringLiteral("quit"), QStringLiteral("quit"), [this](const QStringList &, const QString &) {
+    addCommand(u"help"_s, u"help"_s, [this](const QStringList &, const QString &) { printHelp(); });
+    addCommand(u"quit"_s, u"quit"_s, [this](const QStringList &, const QString &) {
         m_queue.clear();
         m_endAfterQueue = true;
         finish(CommandResult::ok());
@@ -97,21 +90,20 @@ void Console::runExpect(const QStringList &words, const QString &rest)
         QStringList words;
         Handler handler;
     } expectations[] = {
-        {{QStringLiteral("tooltip")}, &Console::expectToolTip},
-        {{QStringLiteral("new"), QStringLiteral("tooltip")}, &Console::expectNewToolTip},
-        {{QStringLiteral("menu")}, &Console::expectMenu},
-        {{QStringLiteral("no"), QStringLiteral("menu")}, &Console::expectNoMenu},
-        {{QStringLiteral("file")}, &Console::expectFile},
-        {{QStringLiteral("application")}, &Console::expectApplication},
-        {{QStringLiteral("monitor"), QStringLiteral("ended")}, &Console::expectMonitorEnded},
-        {{QStringLiteral("window"), QStringLiteral("text")}, &Console::expectWindowText},
-        {{QStringLiteral("window")}, &Console::expectWindow},
-        {{QStringLiteral("no"), QStringLiteral("window"), QStringLiteral("text")},
-         &Console::expectNoWindowText},
-        {{QStringLiteral("no"), QStringLiteral("window")}, &Console::expectNoWindow},
-        {{QStringLiteral("daemon")}, &Console::expectDaemonLine},
-        {{QStringLiteral("no"), QStringLiteral("daemon")}, &Console::expectNoDaemonLine},
-        {{QStringLiteral("job")}, &Console::expectJob},
+        {{u"tooltip"_s}, &Console::expectToolTip},
+        {{u"new"_s, u"tooltip"_s}, &Console::expectNewToolTip},
+        {{u"menu"_s}, &Console::expectMenu},
+        {{u"no"_s, u"menu"_s}, &Console::expectNoMenu},
+        {{u"file"_s}, &Console::expectFile},
+        {{u"application"_s}, &Console::expectApplication},
+        {{u"monitor"_s, u"ended"_s}, &Console::expectMonitorEnded},
+        {{u"window"_s, u"text"_s}, &Console::expectWindowText},
+        {{u"window"_s}, &Console::expectWindow},
+        {{u"no"_s, u"window"_s, u"text"_s}, &Console::expectNoWindowText},
+        {{u"no"_s, u"window"_s}, &Console::expectNoWindow},
+        {{u"daemon"_s}, &Console::expectDaemonLine},
+        {{u"no"_s, u"daemon"_s}, &Console::expectNoDaemonLine},
+        {{u"job"_s}, &Console::expectJob},
     };
     for (const auto &expectation : expectations) {
         const auto count = expectation.words.size();
@@ -119,7 +111,7 @@ void Console::runExpect(const QStringList &words, const QString &rest)
             return (this->*expectation.handler)(
                 rest.section(u' ', static_cast<int>(count), -1, QString::SectionSkipEmpty).trimmed());
     }
-    finish(CommandResult::failed(QStringLiteral("what should be expected?")));
+    finish(CommandResult::failed(u"what should be expected?"_s));
 }
 
 void Console::watch(std::chrono::seconds limit, std::function<CommandResult()> look)
@@ -137,7 +129,7 @@ void Console::expectToolTip(const QString &text)
 {
     const Wanted wanted = wantedOf(text);
     if (wanted.text.isEmpty())
-        return finish(CommandResult::failed(QStringLiteral("needs a text")));
+        return finish(CommandResult::failed(u"needs a text"_s));
     watchToolTip(wanted.limit, [wanted](const QString &seen) { return seen.contains(wanted.text); });
 }
 
@@ -157,9 +149,9 @@ void Console::watchToolTip(std::chrono::seconds limit, std::function<bool(const 
     watch(limit, [this, isMet = std::move(isMet)]() mutable {
         const auto seen = m_probe.toolTip();
         if (!seen)
-            return CommandResult::failed(QStringLiteral("there is no status item"));
+            return CommandResult::failed(u"there is no status item"_s);
         if (!isMet(*seen))
-            return CommandResult::failed(QStringLiteral("the tool tip is: ") + *seen);
+            return CommandResult::failed(u"the tool tip is: "_s + *seen);
         m_lastToolTip = *seen;
         return CommandResult::ok(*seen);
     });
@@ -181,8 +173,7 @@ void Console::expectMenu(const QString &text)
         const bool isThere = std::any_of(entries->begin(), entries->end(), [&wanted](const MenuEntry &entry) {
             return entry.line() == wanted.text;
         });
-        return isThere ? CommandResult::ok()
-                       : CommandResult::failed(QStringLiteral("the menu is:") + textOf(*entries));
+        return isThere ? CommandResult::ok() : CommandResult::failed(u"the menu is:"_s + textOf(*entries));
     });
 }
 
@@ -196,8 +187,7 @@ void Console::expectNoMenu(const QString &text)
         const bool isThere = std::any_of(entries->begin(), entries->end(), [&wanted](const MenuEntry &entry) {
             return entry.title == wanted.text;
         });
-        return isThere ? CommandResult::failed(QStringLiteral("the menu is:") + textOf(*entries))
-                       : CommandResult::ok();
+        return isThere ? CommandResult::failed(u"the menu is:"_s + textOf(*entries)) : CommandResult::ok();
     });
 }
 
@@ -207,24 +197,24 @@ void Console::expectFile(const QString &text)
     const auto table = PathTable::load(m_settings.table);
     const QString path = table ? table->path(text.section(u' ', 0, 0)) : QString();
     if (path.isEmpty())
-        return finish(CommandResult::failed(QStringLiteral("the path table has no such file")));
+        return finish(CommandResult::failed(u"the path table has no such file"_s));
     watch(wanted.limit, [path, wanted] {
         const QString content = readTextFile(path);
         return content == wanted.text ? CommandResult::ok()
-                                      : CommandResult::failed(path + QStringLiteral(" says: ") + content);
+                                      : CommandResult::failed(path + u" says: "_s + content);
     });
 }
 
 void Console::show(const QString &what)
 {
-    if (what == QLatin1StringView("progress")) // the application's user has a button for it
-        return forward(m_application, QStringLiteral("show progress"));
-    if (what == QLatin1StringView("menu")) {
+    if (what == "progress"_L1) // the application's user has a button for it
+        return forward(m_application, u"show progress"_s);
+    if (what == "menu"_L1) {
         const auto entries = openMenu();
         return finish(entries ? CommandResult::ok(textOf(*entries)) : noMenu());
     }
     const auto text = m_probe.toolTip();
-    finish(text ? CommandResult::ok(*text) : CommandResult::failed(QStringLiteral("there is no status item")));
+    finish(text ? CommandResult::ok(*text) : CommandResult::failed(u"there is no status item"_s));
 }
 
 void Console::clickItem(const QString &title)
@@ -241,27 +231,24 @@ void Console::clickItem(const QString &title)
             return titles.contains(entry.title);
         });
         if (found == entries->end() || found->isSeparator || !found->isEnabled)
-            return CommandResult::failed(QStringLiteral("no such item to click; the menu is:") +
-                                         textOf(*entries));
-        return MenuProbe::click(*menu, found->id)
-                   ? CommandResult::ok()
-                   : CommandResult::failed(QStringLiteral("the click is not taken"));
+            return CommandResult::failed(u"no such item to click; the menu is:"_s + textOf(*entries));
+        return MenuProbe::click(*menu, found->id) ? CommandResult::ok()
+                                                  : CommandResult::failed(u"the click is not taken"_s);
     });
 }
 
 void Console::takePicture(const QStringList &what, const QString &name)
 {
     if (name.isEmpty() || m_settings.screenshotTool.isEmpty())
-        return finish(CommandResult::failed(QStringLiteral("needs a name and a screenshot tool")));
-    const QString file =
-        QDir(m_settings.outFolder).filePath(m_settings.picturePrefix + name + QStringLiteral(".png"));
+        return finish(CommandResult::failed(u"needs a name and a screenshot tool"_s));
+    const QString file = QDir(m_settings.outFolder).filePath(m_settings.picturePrefix + name + u".png"_s);
     auto *tool = new QProcess(this);
     tool->setProcessChannelMode(QProcess::ForwardedChannels);
     m_wait = connect(tool, &QProcess::finished, this, [this, tool, file](int code) {
         tool->deleteLater();
-        finish(code == 0 ? CommandResult::ok(file) : CommandResult::failed(QStringLiteral("no picture taken")));
+        finish(code == 0 ? CommandResult::ok(file) : CommandResult::failed(u"no picture taken"_s));
     });
     connect(tool, &QProcess::errorOccurred, tool, &QObject::deleteLater);
-    finishAfter(ScreenshotLimit, QStringLiteral("the screenshot tool does not end"));
+    finishAfter(ScreenshotLimit, u"the screenshot tool does not end"_s);
     tool->start(m_settings.screenshotTool, QStringList{file} + what);
 }

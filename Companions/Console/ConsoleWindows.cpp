@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// As they are listed where another one was expected.
@@ -19,7 +21,7 @@ QString titlesOf(const QList<DesktopWindow> &windows)
     QStringList titles;
     for (const DesktopWindow &window : windows)
         titles.append(u'"' + window.title + u'"');
-    return titles.isEmpty() ? QStringLiteral("none") : titles.join(QStringLiteral(", "));
+    return titles.isEmpty() ? u"none"_s : titles.join(u", "_s);
 }
 
 bool hasTitle(const QList<DesktopWindow> &windows, const QString &title)
@@ -37,17 +39,14 @@ bool holds(const QStringList &texts, const QString &part)
 
 void Console::addWindowCommands()
 {
-    addCommand(
-        QStringLiteral("key"),
-        QStringLiteral("key KEYS                      as typed into a window of the monitor: Return, Tab"),
-        [this](const QStringList &words, const QString &) { typeKeys(words); });
-    addCommand(QStringLiteral("press"),
-               QStringLiteral("press NAME                    a button of its windows, as a screen reader does"),
+    addCommand(u"key"_s, u"key KEYS                      as typed into a window of the monitor: Return, Tab"_s,
+               [this](const QStringList &words, const QString &) { typeKeys(words); });
+    addCommand(u"press"_s, u"press NAME                    a button of its windows, as a screen reader does"_s,
                [this](const QStringList &, const QString &rest) {
                    watch(Wanted::DefaultLimit, [this, rest] {
                        return TextProbe::press(childrenRunning(m_settings.monitor), rest)
                                   ? CommandResult::ok()
-                                  : CommandResult::failed(QStringLiteral("nothing of that name to press"));
+                                  : CommandResult::failed(u"nothing of that name to press"_s);
                    });
                });
 }
@@ -64,9 +63,8 @@ void Console::expectWindow(const QString &text)
 {
     watch(wantedOf(text).limit, [this, title = wantedOf(text).text] {
         const auto windows = monitorWindows();
-        return hasTitle(windows, title)
-                   ? CommandResult::ok()
-                   : CommandResult::failed(QStringLiteral("the windows are: ") + titlesOf(windows));
+        return hasTitle(windows, title) ? CommandResult::ok()
+                                        : CommandResult::failed(u"the windows are: "_s + titlesOf(windows));
     });
 }
 
@@ -74,9 +72,8 @@ void Console::expectNoWindow(const QString &text)
 {
     watch(wantedOf(text).limit, [this, title = wantedOf(text).text] {
         const auto windows = monitorWindows();
-        return hasTitle(windows, title)
-                   ? CommandResult::failed(QStringLiteral("the windows are: ") + titlesOf(windows))
-                   : CommandResult::ok();
+        return hasTitle(windows, title) ? CommandResult::failed(u"the windows are: "_s + titlesOf(windows))
+                                        : CommandResult::ok();
     });
 }
 
@@ -85,9 +82,8 @@ void Console::expectWindowText(const QString &text)
     const Wanted wanted = wantedOf(text);
     watch(wanted.limit, [this, wanted] {
         const QStringList texts = windowTexts();
-        return holds(texts, wanted.text)
-                   ? CommandResult::ok()
-                   : CommandResult::failed(QStringLiteral("the windows say:\n") + texts.join(u'\n'));
+        return holds(texts, wanted.text) ? CommandResult::ok()
+                                         : CommandResult::failed(u"the windows say:\n"_s + texts.join(u'\n'));
     });
 }
 
@@ -100,7 +96,7 @@ void Console::expectNoWindowText(const QString &text)
             !texts.isEmpty() || monitorWindows().isEmpty(); // a window that is dumb proves nothing
         return isRead && !holds(texts, wanted.text)
                    ? CommandResult::ok()
-                   : CommandResult::failed(QStringLiteral("the windows say:\n") + texts.join(u'\n'));
+                   : CommandResult::failed(u"the windows say:\n"_s + texts.join(u'\n'));
     });
 }
 
@@ -115,16 +111,16 @@ void Console::typeKeys(const QStringList &keys)
         return key.startsWith(u'-');
     });
     if (!areKeys)
-        return finish(CommandResult::failed(QStringLiteral("needs names of keys")));
+        return finish(CommandResult::failed(u"needs names of keys"_s));
     watch(Wanted::DefaultLimit, [this, keys] {
         const auto windows = monitorWindows();
         const bool isActive = std::any_of(windows.begin(), windows.end(),
                                           [](const DesktopWindow &window) { return window.isActive; });
         if (!isActive) // somebody else's window must not get them
-            return CommandResult::failed(QStringLiteral("no window of the monitor has the keyboard"));
-        return QProcess::execute(QStringLiteral("xdotool"), QStringList{QStringLiteral("key")} + keys) == 0
+            return CommandResult::failed(u"no window of the monitor has the keyboard"_s);
+        return QProcess::execute(u"xdotool"_s, QStringList{u"key"_s} + keys) == 0
                    ? CommandResult::ok()
-                   : CommandResult::failed(QStringLiteral("the keys cannot be typed"));
+                   : CommandResult::failed(u"the keys cannot be typed"_s);
     });
 }
 
@@ -132,18 +128,17 @@ void Console::pictureWindow(const QString &name)
 {
     const auto windows = monitorWindows();
     if (windows.isEmpty())
-        return finish(CommandResult::failed(QStringLiteral("the monitor shows no window")));
-    takePicture({QStringLiteral("window"), QString::number(windows.last().id)}, name);
+        return finish(CommandResult::failed(u"the monitor shows no window"_s));
+    takePicture({u"window"_s, QString::number(windows.last().id)}, name);
 }
 
 void Console::expectDaemonLine(const QString &text)
 {
     const Wanted wanted = wantedOf(text);
     watch(wanted.limit, [this, wanted] {
-        return m_daemonLines.take(wanted.text)
-                   ? CommandResult::ok()
-                   : CommandResult::failed(QStringLiteral("since the last one it has said:\n") +
-                                           m_daemonLines.left().join(u'\n'));
+        return m_daemonLines.take(wanted.text) ? CommandResult::ok()
+                                               : CommandResult::failed(u"since the last one it has said:\n"_s +
+                                                                       m_daemonLines.left().join(u'\n'));
     });
 }
 
@@ -151,14 +146,14 @@ void Console::expectNoDaemonLine(const QString &text)
 {
     const QString wanted = wantedOf(text).text;
     finish(m_daemonLines.holds(wanted)
-               ? CommandResult::failed(QStringLiteral("it has said:\n") + m_daemonLines.left().join(u'\n'))
+               ? CommandResult::failed(u"it has said:\n"_s + m_daemonLines.left().join(u'\n'))
                : CommandResult::ok());
 }
 
 void Console::expectJob(const QString &text)
 {
     if (!m_daemon.isRunning())
-        return finish(CommandResult::failed(QStringLiteral("daemon is not running")));
+        return finish(CommandResult::failed(u"daemon is not running"_s));
     // A question goes out when the one before is answered: an answer that is left over would end the next
     // command.
     auto asked = std::make_shared<bool>(false);
@@ -169,13 +164,13 @@ void Console::expectJob(const QString &text)
                          if (state == wanted.text)
                              finish(CommandResult::ok());
                          else if (deadline.hasExpired())
-                             finish(CommandResult::failed(QStringLiteral("the job is: ") + state));
+                             finish(CommandResult::failed(u"the job is: "_s + state));
                      });
     connect(&m_poll, &QTimer::timeout, this, [this, asked] {
         if (!m_daemon.isRunning())
-            return finish(CommandResult::failed(QStringLiteral("daemon is not running")));
+            return finish(CommandResult::failed(u"daemon is not running"_s));
         if (!std::exchange(*asked, true))
-            m_daemon.writeLine(QStringLiteral("state"));
+            m_daemon.writeLine(u"state"_s);
     });
     m_poll.start();
 }

@@ -7,6 +7,8 @@
 #include <QDBusVariant>
 #include <QDateTime>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr int CallTimeoutMs = 2000;
@@ -15,8 +17,8 @@ constexpr int DeepestMenu = 8; ///< a menu that nests deeper is no menu of ours
 
 QDBusMessage call(const BusAddress &menu, const QString &method, const QVariantList &arguments)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(menu.service, menu.path,
-                                                          QStringLiteral("com.canonical.dbusmenu"), method);
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(menu.service, menu.path, u"com.canonical.dbusmenu"_s, method);
     message.setArguments(arguments);
     return QDBusConnection::sessionBus().call(message, QDBus::Block, CallTimeoutMs);
 }
@@ -26,11 +28,11 @@ MenuEntry entryOf(int id, int depth, const QVariantMap &properties)
     MenuEntry entry;
     entry.id = id;
     entry.depth = depth;
-    entry.isSeparator = properties.value(QStringLiteral("type")) == QStringLiteral("separator");
-    entry.isEnabled = properties.value(QStringLiteral("enabled"), true).toBool();
-    entry.title = MenuProbe::titleOfLabel(properties.value(QStringLiteral("label")).toString());
-    if (!properties.value(QStringLiteral("toggle-type")).toString().isEmpty()) {
-        const bool isOn = properties.value(QStringLiteral("toggle-state")).toInt() == 1;
+    entry.isSeparator = properties.value(u"type"_s) == u"separator"_s;
+    entry.isEnabled = properties.value(u"enabled"_s, true).toBool();
+    entry.title = MenuProbe::titleOfLabel(properties.value(u"label"_s).toString());
+    if (!properties.value(u"toggle-type"_s).toString().isEmpty()) {
+        const bool isOn = properties.value(u"toggle-state"_s).toInt() == 1;
         entry.tick = isOn ? MenuEntry::Tick::On : MenuEntry::Tick::Off;
     }
     return entry;
@@ -43,7 +45,7 @@ void collect(const QDBusArgument &argument, int depth, bool isShown, QList<MenuE
     QVariantMap properties;
     argument.beginStructure();
     argument >> id >> properties;
-    isShown = isShown && properties.value(QStringLiteral("visible"), true).toBool();
+    isShown = isShown && properties.value(u"visible"_s, true).toBool();
     if (isShown && id != Root)
         entries.append(entryOf(id, depth, properties));
     argument.beginArray();
@@ -51,7 +53,7 @@ void collect(const QDBusArgument &argument, int depth, bool isShown, QList<MenuE
         QDBusVariant child;
         argument >> child;
         const auto layout = child.variant().value<QDBusArgument>();
-        if (depth < DeepestMenu && layout.currentSignature() == QLatin1StringView("(ia{sv}av)"))
+        if (depth < DeepestMenu && layout.currentSignature() == "(ia{sv}av)"_L1)
             collect(layout, depth + 1, isShown, entries);
     }
     argument.endArray();
@@ -62,11 +64,11 @@ void collect(const QDBusArgument &argument, int depth, bool isShown, QList<MenuE
 QString MenuEntry::line() const
 {
     if (isSeparator)
-        return QStringLiteral("---");
+        return u"---"_s;
     QString text = title;
     if (tick != Tick::None)
-        text.prepend(tick == Tick::On ? QStringLiteral("[x] ") : QStringLiteral("[ ] "));
-    return isEnabled ? text : text + QStringLiteral(" (off)");
+        text.prepend(tick == Tick::On ? u"[x] "_s : u"[ ] "_s);
+    return isEnabled ? text : text + u" (off)"_s;
 }
 
 QString MenuProbe::titleOfLabel(const QString &label)
@@ -82,10 +84,10 @@ QString MenuProbe::titleOfLabel(const QString &label)
 
 std::optional<QList<MenuEntry>> MenuProbe::open(const BusAddress &menu)
 {
-    if (call(menu, QStringLiteral("AboutToShow"), {Root}).type() != QDBusMessage::ReplyMessage)
+    if (call(menu, u"AboutToShow"_s, {Root}).type() != QDBusMessage::ReplyMessage)
         return std::nullopt;
-    const QDBusMessage answer = call(menu, QStringLiteral("GetLayout"), {Root, -1, QStringList()});
-    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != QLatin1StringView("u(ia{sv}av)"))
+    const QDBusMessage answer = call(menu, u"GetLayout"_s, {Root, -1, QStringList()});
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != "u(ia{sv}av)"_L1)
         return std::nullopt;
     QList<MenuEntry> entries;
     collect(answer.arguments().at(1).value<QDBusArgument>(), -1, true, entries);
@@ -96,8 +98,7 @@ bool MenuProbe::click(const BusAddress &menu, int id)
 {
     const auto now = static_cast<uint>(QDateTime::currentSecsSinceEpoch());
     const QDBusMessage answer =
-        call(menu, QStringLiteral("Event"),
-             {id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(QString())), now});
+        call(menu, u"Event"_s, {id, u"clicked"_s, QVariant::fromValue(QDBusVariant(QString())), now});
     // An item that asks a question answers when the question is answered.
     return answer.type() == QDBusMessage::ReplyMessage || QDBusError(answer).type() == QDBusError::NoReply;
 }

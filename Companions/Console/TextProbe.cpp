@@ -10,11 +10,13 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr int CallTimeoutMs = 2000;
 constexpr int MostNodes = 2000; ///< a window with more has gone astray
-const QString AccessibleInterface = QStringLiteral("org.a11y.atspi.Accessible");
+const QString AccessibleInterface = u"org.a11y.atspi.Accessible"_s;
 
 struct Node {
     QString service;
@@ -32,40 +34,39 @@ QDBusMessage call(const QDBusConnection &bus, const Node &node, const QString &i
 /// The bus of the screen readers; not connected when the session has none.
 QDBusConnection accessibilityBus()
 {
-    const QString name = QStringLiteral("accessibility");
+    const QString name = u"accessibility"_s;
     if (QDBusConnection known(name); known.isConnected())
         return known;
-    const Node launcher{QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus")};
+    const Node launcher{u"org.a11y.Bus"_s, u"/org/a11y/bus"_s};
     const QDBusConnection session = QDBusConnection::sessionBus();
     // Programs offer their contents only while somebody says that they are read.
-    call(session, launcher, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"),
-         {QStringLiteral("org.a11y.Status"), QStringLiteral("IsEnabled"),
-          QVariant::fromValue(QDBusVariant(true))});
-    const QDBusMessage address = call(session, launcher, launcher.service, QStringLiteral("GetAddress"));
+    call(session, launcher, u"org.freedesktop.DBus.Properties"_s, u"Set"_s,
+         {u"org.a11y.Status"_s, u"IsEnabled"_s, QVariant::fromValue(QDBusVariant(true))});
+    const QDBusMessage address = call(session, launcher, launcher.service, u"GetAddress"_s);
     QDBusConnection::disconnectFromBus(name);
     return QDBusConnection::connectToBus(address.arguments().value(0).toString(), name);
 }
 
 QString nameOf(const QDBusConnection &bus, const Node &node)
 {
-    const QDBusMessage answer = call(bus, node, QStringLiteral("org.freedesktop.DBus.Properties"),
-                                     QStringLiteral("Get"), {AccessibleInterface, QStringLiteral("Name")});
+    const QDBusMessage answer =
+        call(bus, node, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {AccessibleInterface, u"Name"_s});
     return answer.arguments().value(0).value<QDBusVariant>().variant().toString();
 }
 
 bool isShowing(const QDBusConnection &bus, const Node &node)
 {
     constexpr quint32 ShowingBit = quint32(1) << 25;
-    const QDBusMessage answer = call(bus, node, AccessibleInterface, QStringLiteral("GetState"));
+    const QDBusMessage answer = call(bus, node, AccessibleInterface, u"GetState"_s);
     const auto words = qdbus_cast<QList<quint32>>(answer.arguments().value(0));
     return (words.value(0) & ShowingBit) != 0;
 }
 
 QList<Node> childrenOf(const QDBusConnection &bus, const Node &node)
 {
-    const QDBusMessage answer = call(bus, node, AccessibleInterface, QStringLiteral("GetChildren"));
+    const QDBusMessage answer = call(bus, node, AccessibleInterface, u"GetChildren"_s);
     QList<Node> children;
-    if (answer.signature() != QLatin1StringView("a(so)"))
+    if (answer.signature() != "a(so)"_L1)
         return children;
     const auto argument = answer.arguments().constFirst().value<QDBusArgument>();
     argument.beginArray();
@@ -85,8 +86,7 @@ QList<Node> childrenOf(const QDBusConnection &bus, const Node &node)
 void walk(const QDBusConnection &bus, const QList<qint64> &processes,
           const std::function<bool(const Node &, const QString &name)> &visit)
 {
-    const Node registry{QStringLiteral("org.a11y.atspi.Registry"),
-                        QStringLiteral("/org/a11y/atspi/accessible/root")};
+    const Node registry{u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s};
     QList<Node> waiting;
     for (const Node &program : childrenOf(bus, registry)) {
         const QDBusReply<uint> pid = bus.interface()->servicePid(program.service);
@@ -126,8 +126,7 @@ bool TextProbe::press(const QList<qint64> &processes, const QString &name)
     walk(bus, processes, [&](const Node &node, const QString &text) {
         // Texts may carry blanks that set them off from an image.
         if (text.trimmed() == name) {
-            const QDBusMessage answer =
-                call(bus, node, QStringLiteral("org.a11y.atspi.Action"), QStringLiteral("DoAction"), {0});
+            const QDBusMessage answer = call(bus, node, u"org.a11y.atspi.Action"_s, u"DoAction"_s, {0});
             pressed = answer.type() == QDBusMessage::ReplyMessage && answer.arguments().value(0).toBool();
         }
         return pressed;

@@ -9,6 +9,8 @@
 #include <csignal>
 #include <sys/signalfd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// Ends the event loop on a signal to end, so that every program of the console is ended with it. The signals
@@ -50,25 +52,18 @@ int main(int argc, char **argv)
         parser.addOption(made);
         return made;
     };
-    const auto monitor =
-        option(QStringLiteral("monitor"), QStringLiteral("Executable of the monitor."), QStringLiteral("file"));
-    const auto table =
-        option(QStringLiteral("table"), QStringLiteral("The path table to use."), QStringLiteral("file"));
-    const auto script =
-        option(QStringLiteral("script"), QStringLiteral("Run this file and end."), QStringLiteral("file"));
-    const auto first =
-        option(QStringLiteral("first"), QStringLiteral("Run this file, then go on."), QStringLiteral("file"));
-    const auto tool = option(QStringLiteral("screenshot-tool"),
-                             QStringLiteral("Program that writes a picture."), QStringLiteral("file"));
-    const auto out =
-        option(QStringLiteral("out"), QStringLiteral("Folder for pictures."), QStringLiteral("folder"));
-    const auto prefix = option(QStringLiteral("picture-prefix"),
-                               QStringLiteral("Goes before the name of each picture."), QStringLiteral("text"));
+    const auto monitor = option(u"monitor"_s, u"Executable of the monitor."_s, u"file"_s);
+    const auto table = option(u"table"_s, u"The path table to use."_s, u"file"_s);
+    const auto script = option(u"script"_s, u"Run this file and end."_s, u"file"_s);
+    const auto first = option(u"first"_s, u"Run this file, then go on."_s, u"file"_s);
+    const auto tool = option(u"screenshot-tool"_s, u"Program that writes a picture."_s, u"file"_s);
+    const auto out = option(u"out"_s, u"Folder for pictures."_s, u"folder"_s);
+    const auto prefix = option(u"picture-prefix"_s, u"Goes before the name of each picture."_s, u"text"_s);
     parser.addHelpOption();
     parser.process(application);
 
     const QString folder = QCoreApplication::applicationDirPath();
-    const QString beside = folder + QStringLiteral("/../corvane-monitor");
+    const QString beside = folder + u"/../corvane-monitor"_s;
     const ConsoleSettings settings{folder,
                                    parser.isSet(monitor) ? parser.value(monitor) : beside,
                                    parser.value(table),
@@ -83,7 +78,7 @@ int main(int argc, char **argv)
     QObject::connect(&console, &Console::finished, &application, &QCoreApplication::exit, Qt::QueuedConnection);
     for (const QString &file : {parser.value(first), parser.value(script)}) {
         if (!file.isEmpty() && !enqueueScript(console, file)) {
-            printResult(CommandResult::failed(QStringLiteral("cannot read ") + file));
+            printResult(CommandResult::failed(u"cannot read "_s + file));
             return 2;
         }
     }

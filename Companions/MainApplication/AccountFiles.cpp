@@ -5,10 +5,12 @@
 #include <QDir>
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const QString ServerName = QStringLiteral("vault7.halvernet.example");
-const QString ServerAddress = QStringLiteral("192.0.2.17");
+const QString ServerName = u"vault7.halvernet.example"_s;
+const QString ServerAddress = u"192.0.2.17"_s;
 
 QVariant codedFigure(double mebibytes)
 {
@@ -38,45 +40,42 @@ bool AccountFiles::signIn(const Account &account)
 {
     if (!writeDetails(account))
         return false;
-    return writePropertyList(
-        m_table.path(QStringLiteral("LastUserLoginDetailsFilePath")),
-        {{QStringLiteral("Username"), account.name},
-         {QStringLiteral("dedup"), account.deduplicates ? QStringLiteral("on") : QStringLiteral("off")},
-         {QStringLiteral("Plan"), account.plan},
-         {QStringLiteral("AccountPlanType"), account.planType},
-         {QStringLiteral("isTQL"), account.usesEngine},
-         {QStringLiteral("serverName"), ServerName},
-         {QStringLiteral("serverIP"), ServerAddress},
-         {QStringLiteral("RememberDetails"), true}});
+    return writePropertyList(m_table.path(u"LastUserLoginDetailsFilePath"_s),
+                             {{u"Username"_s, account.name},
+                              {u"dedup"_s, account.deduplicates ? u"on"_s : u"off"_s},
+                              {u"Plan"_s, account.plan},
+                              {u"AccountPlanType"_s, account.planType},
+                              {u"isTQL"_s, account.usesEngine},
+                              {u"serverName"_s, ServerName},
+                              {u"serverIP"_s, ServerAddress},
+                              {u"RememberDetails"_s, true}});
 }
 
 bool AccountFiles::writeDetails(const Account &account)
 {
     const QStringList user{account.name};
     const auto path = [this, &user](const QString &key) { return m_table.path(key, user); };
-    bool written = writePropertyList(
-        path(QStringLiteral("LoginDetailsFilePath")),
-        {{QStringLiteral("Username"), account.name},
-         {QStringLiteral("serverName"), ServerName},
-         {QStringLiteral("isTQL"), account.usesEngine},
-         {QStringLiteral("remote_manage_websock_server"), QStringLiteral("socket.halvernet.example")}});
-    written &= writePropertyList(path(QStringLiteral("UserDetailsPath")),
-                                 {{QStringLiteral("tqlsrvrport"), QStringLiteral("443")},
-                                  {QStringLiteral("USEDQUOTASIZE"), codedUse(account.usedMebibytes)},
-                                  {QStringLiteral("TOTALQUOTASIZE"), codedFigure(account.totalMebibytes)}},
+    bool written = writePropertyList(path(u"LoginDetailsFilePath"_s),
+                                     {{u"Username"_s, account.name},
+                                      {u"serverName"_s, ServerName},
+                                      {u"isTQL"_s, account.usesEngine},
+                                      {u"remote_manage_websock_server"_s, u"socket.halvernet.example"_s}});
+    written &= writePropertyList(path(u"UserDetailsPath"_s),
+                                 {{u"tqlsrvrport"_s, u"443"_s},
+                                  {u"USEDQUOTASIZE"_s, codedUse(account.usedMebibytes)},
+                                  {u"TOTALQUOTASIZE"_s, codedFigure(account.totalMebibytes)}},
                                  PlistForm::Binary);
-    written &= writePropertyList(path(QStringLiteral("UserInfoPath")),
-                                 {{QStringLiteral("plan_type"), account.planType},
-                                  {QStringLiteral("accstat"), QStringLiteral("Y")},
-                                  {QStringLiteral("IsExpiredAccount"), false},
-                                  {QStringLiteral("shouldDisplayUpgrade"), true},
-                                  {QStringLiteral("ErrorMessage"), QString()}});
+    written &= writePropertyList(path(u"UserInfoPath"_s), {{u"plan_type"_s, account.planType},
+                                                           {u"accstat"_s, u"Y"_s},
+                                                           {u"IsExpiredAccount"_s, false},
+                                                           {u"shouldDisplayUpgrade"_s, true},
+                                                           {u"ErrorMessage"_s, QString()}});
     written &= setSubAccount(account.name, account.isSubAccount);
     written &= setPlan(account.name, account.plan);
     written &= setEngineUser(account.name, account.usesEngine);
-    written &= writePropertyList(m_table.path(QStringLiteral("RemoteManageInfoPath"), {QDir::homePath()}),
-                                 {{QStringLiteral("cname"), account.name}});
-    const QString syncStates = m_table.path(QStringLiteral("SyncStateFilePath"));
+    written &= writePropertyList(m_table.path(u"RemoteManageInfoPath"_s, {QDir::homePath()}),
+                                 {{u"cname"_s, account.name}});
+    const QString syncStates = m_table.path(u"SyncStateFilePath"_s);
     QVariantMap states = readPropertyList(syncStates).toMap();
     states.insert(account.name.toLower(), false);
     return written && writePropertyList(syncStates, states);
@@ -84,32 +83,31 @@ bool AccountFiles::writeDetails(const Account &account)
 
 bool AccountFiles::signOut()
 {
-    return QFile::remove(m_table.path(QStringLiteral("LastUserLoginDetailsFilePath")));
+    return QFile::remove(m_table.path(u"LastUserLoginDetailsFilePath"_s));
 }
 
 QString AccountFiles::signedInAccount() const
 {
-    const QVariant record = readPropertyList(m_table.path(QStringLiteral("LastUserLoginDetailsFilePath")));
-    return record.toMap().value(QStringLiteral("Username")).toString();
+    const QVariant record = readPropertyList(m_table.path(u"LastUserLoginDetailsFilePath"_s));
+    return record.toMap().value(u"Username"_s).toString();
 }
 
 bool AccountFiles::setQuota(const QString &account, double usedMebibytes, double totalMebibytes)
 {
-    const QString path = m_table.path(QStringLiteral("UserDetailsPath"), {account});
+    const QString path = m_table.path(u"UserDetailsPath"_s, {account});
     QVariantMap details = readPropertyList(path).toMap();
-    details.insert(QStringLiteral("USEDQUOTASIZE"), codedUse(usedMebibytes));
-    details.insert(QStringLiteral("TOTALQUOTASIZE"), codedFigure(totalMebibytes));
+    details.insert(u"USEDQUOTASIZE"_s, codedUse(usedMebibytes));
+    details.insert(u"TOTALQUOTASIZE"_s, codedFigure(totalMebibytes));
     return writePropertyList(path, details, PlistForm::Binary);
 }
 
 bool AccountFiles::setPlan(const QString &account, const QString &plan)
 {
-    const QString recordPath = m_table.path(QStringLiteral("LastUserLoginDetailsFilePath"));
+    const QString recordPath = m_table.path(u"LastUserLoginDetailsFilePath"_s);
     QVariantMap record = readPropertyList(recordPath).toMap();
-    bool written =
-        writeWholeFile(m_table.path(QStringLiteral("AccountPlanFilePath"), {account}), plan.toUtf8());
-    if (record.value(QStringLiteral("Username")) == account) {
-        record.insert(QStringLiteral("Plan"), plan);
+    bool written = writeWholeFile(m_table.path(u"AccountPlanFilePath"_s, {account}), plan.toUtf8());
+    if (record.value(u"Username"_s) == account) {
+        record.insert(u"Plan"_s, plan);
         written &= writePropertyList(recordPath, record);
     }
     return written;
@@ -117,18 +115,16 @@ bool AccountFiles::setPlan(const QString &account, const QString &plan)
 
 bool AccountFiles::setSubAccount(const QString &account, bool isSubAccount)
 {
-    return writeWholeFile(m_table.path(QStringLiteral("AccountTypeFilePath"), {account}),
-                          isSubAccount ? "true" : "false");
+    return writeWholeFile(m_table.path(u"AccountTypeFilePath"_s, {account}), isSubAccount ? "true" : "false");
 }
 
 bool AccountFiles::setEngineUser(const QString &account, bool usesEngine)
 {
-    const QString marker = m_table.path(QStringLiteral("TqlUserDetails"), {account});
+    const QString marker = m_table.path(u"TqlUserDetails"_s, {account});
     return usesEngine ? writeWholeFile(marker, {}) : !QFile::exists(marker) || QFile::remove(marker);
 }
 
 bool AccountFiles::setThinClient(bool isThinClient)
 {
-    return writePropertyList(m_table.path(QStringLiteral("ThinClientFilePath")),
-                             {{QStringLiteral("IsThinClient"), isThinClient}});
+    return writePropertyList(m_table.path(u"ThinClientFilePath"_s), {{u"IsThinClient"_s, isThinClient}});
 }

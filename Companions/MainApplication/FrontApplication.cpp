@@ -4,6 +4,8 @@
 
 #include <QDBusConnection>
 
+using namespace Qt::StringLiterals;
+
 FrontApplication::FrontApplication(QObject *parent) : QObject(parent)
 {
 }
@@ -12,12 +14,11 @@ bool FrontApplication::open()
 {
     // The object first: whoever sees the name may call at once.
     QDBusConnection bus = QDBusConnection::sessionBus();
-    return bus.registerObject(QStringLiteral("/com/halvernet/Corvane"), this,
-                              QDBusConnection::ExportScriptableSlots) &&
-           bus.registerService(QStringLiteral("com.halvernet.Corvane"));
+    return bus.registerObject(u"/com/halvernet/Corvane"_s, this, QDBusConnection::ExportScriptableSlots) &&
+           bus.registerService(u"com.halvernet.Corvane"_s);
 }
 
 void FrontApplication::Activate(const QVariantMap &)
 {
-    printLine(QStringLiteral("-- activated"));
+    printLine(u"-- activated"_s);
 }

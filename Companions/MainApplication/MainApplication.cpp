@@ -5,13 +5,15 @@
 
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// A value of a notification from its text: a boolean, a number, a list in brackets, else the text itself.
 QVariant notificationValue(const QString &text)
 {
-    if (text == QLatin1StringView("true") || text == QLatin1StringView("false"))
-        return text == QLatin1StringView("true");
+    if (text == "true"_L1 || text == "false"_L1)
+        return text == "true"_L1;
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
     if (isNumber)
@@ -23,7 +25,7 @@ QVariant notificationValue(const QString &text)
 
 QString preferencesFile(const QString &name)
 {
-    return QDir::homePath() + QStringLiteral("/Library/Preferences/") + name;
+    return QDir::homePath() + u"/Library/Preferences/"_s + name;
 }
 
 /// Sets one key and leaves the others; an invalid value takes the key away.
@@ -53,8 +55,8 @@ std::optional<QDateTime> timeFromWord(const QString &word, const QDateTime &now)
 } // namespace
 
 MainApplication::MainApplication(PathTable table)
-    : m_table(table), m_accounts(table), m_schedules(table.path(QStringLiteral("SchedulerSettingsFile"))),
-      m_throttle(table.path(QStringLiteral("DeamonPreferencePath")))
+    : m_table(table), m_accounts(table), m_schedules(table.path(u"SchedulerSettingsFile"_s)),
+      m_throttle(table.path(u"DeamonPreferencePath"_s))
 {
     addAccountCommands();
     addScheduleCommands();
@@ -69,117 +71,99 @@ CommandResult MainApplication::run(const QString &line) const
 
 void MainApplication::addAccountCommands()
 {
-    m_commands.add(QStringLiteral("sign in"),
-                   QStringLiteral("sign in ACCOUNT [PLAN]        PLAN: Personal, Business, PAID"),
+    m_commands.add(u"sign in"_s, u"sign in ACCOUNT [PLAN]        PLAN: Personal, Business, PAID"_s,
                    [this](const QStringList &words, const QString &) { return signIn(words); });
-    m_commands.add(QStringLiteral("sign out"), QStringLiteral("sign out"),
-                   [this](const QStringList &, const QString &) {
-                       return announce(m_accounts.signOut(), QStringLiteral("DisablePreferencesNotification"));
-                   });
-    m_commands.add(QStringLiteral("quota"), QStringLiteral("quota USED TOTAL              in MiB"),
+    m_commands.add(u"sign out"_s, u"sign out"_s, [this](const QStringList &, const QString &) {
+        return announce(m_accounts.signOut(), u"DisablePreferencesNotification"_s);
+    });
+    m_commands.add(u"quota"_s, u"quota USED TOTAL              in MiB"_s,
                    [this](const QStringList &words, const QString &) { return setQuota(words); });
-    m_commands.add(
-        QStringLiteral("plan"), QStringLiteral("plan WORD                     change the account's plan"),
-        [this](const QStringList &words, const QString &) {
-            const QString account = m_accounts.signedInAccount();
-            if (account.isEmpty() || words.size() != 1)
-                return CommandResult::failed(QStringLiteral("needs a signed-in account and one word"));
-            return announce(m_accounts.setPlan(account, words.first()), QStringLiteral("ReloadPreferences"));
-        });
-    m_commands.add(
-        QStringLiteral("account"), QStringLiteral("account sub|main              what kind of account it is"),
-        [this](const QStringList &words, const QString &) {
-            const QString account = m_accounts.signedInAccount();
-            const bool isSubAccount = words == QStringList{QStringLiteral("sub")};
-            if (account.isEmpty() || (!isSubAccount && words != QStringList{QStringLiteral("main")}))
-                return CommandResult::failed(QStringLiteral("needs a signed-in account, and sub or main"));
-            return announce(m_accounts.setSubAccount(account, isSubAccount),
-                            QStringLiteral("ReloadPreferences"));
-        });
+    m_commands.add(u"plan"_s, u"plan WORD                     change the account's plan"_s,
+                   [this](const QStringList &words, const QString &) {
+                       const QString account = m_accounts.signedInAccount();
+                       if (account.isEmpty() || words.size() != 1)
+                           return CommandResult::failed(u"needs a signed-in account and one word"_s);
+                       return announce(m_accounts.setPlan(account, words.first()), u"ReloadPreferences"_s);
+                   });
+    m_commands.add(u"account"_s, u"account sub|main              what kind of account it is"_s,
+                   [this](const QStringList &words, const QString &) {
+                       const QString account = m_accounts.signedInAccount();
+                       const bool isSubAccount = words == QStringList{u"sub"_s};
+                       if (account.isEmpty() || (!isSubAccount && words != QStringList{u"main"_s}))
+                           return CommandResult::failed(u"needs a signed-in account, and sub or main"_s);
+                       return announce(m_accounts.setSubAccount(account, isSubAccount), u"ReloadPreferences"_s);
+                   });
     const auto addSwitch = [this](const QString &name, const QString &usage,
                                   std::function<bool(const QString &account, bool on)> set) {
         m_commands.add(name, usage, [this, set = std::move(set)](const QStringList &words, const QString &) {
             const QString account = m_accounts.signedInAccount();
-            const bool on = words == QStringList{QStringLiteral("on")};
-            if (account.isEmpty() || (!on && words != QStringList{QStringLiteral("off")}))
-                return CommandResult::failed(QStringLiteral("needs a signed-in account, and on or off"));
-            return announce(set(account, on), QStringLiteral("ReloadPreferences"));
+            const bool on = words == QStringList{u"on"_s};
+            if (account.isEmpty() || (!on && words != QStringList{u"off"_s}))
+                return CommandResult::failed(u"needs a signed-in account, and on or off"_s);
+            return announce(set(account, on), u"ReloadPreferences"_s);
         });
     };
-    addSwitch(QStringLiteral("engine"),
-              QStringLiteral("engine on|off                 whether it uses the engine"),
+    addSwitch(u"engine"_s, u"engine on|off                 whether it uses the engine"_s,
               [this](const QString &account, bool on) { return m_accounts.setEngineUser(account, on); });
-    addSwitch(QStringLiteral("thin client"), QStringLiteral("thin client on|off            what is installed"),
+    addSwitch(u"thin client"_s, u"thin client on|off            what is installed"_s,
               [this](const QString &, bool on) { return m_accounts.setThinClient(on); });
 }
 
 void MainApplication::addScheduleCommands()
 {
-    m_commands.add(QStringLiteral("schedule"),
-                   QStringLiteral("schedule MINUTES|HH:MM [FREQUENCY] [ACCOUNT] [LOGIN]  add a job"),
+    m_commands.add(u"schedule"_s, u"schedule MINUTES|HH:MM [FREQUENCY] [ACCOUNT] [LOGIN]  add a job"_s,
                    [this](const QStringList &words, const QString &) { return addSchedule(words); });
-    m_commands.add(QStringLiteral("schedule demo"),
-                   QStringLiteral("schedule demo                 a set of jobs of several users"),
+    m_commands.add(u"schedule demo"_s, u"schedule demo                 a set of jobs of several users"_s,
                    [this](const QStringList &, const QString &) {
                        const QString account = m_accounts.signedInAccount();
                        if (account.isEmpty())
-                           return CommandResult::failed(QStringLiteral("nobody is signed in"));
+                           return CommandResult::failed(u"nobody is signed in"_s);
                        return announce(
                            m_schedules.fillWithDemoSet(account, loginName(), QDateTime::currentDateTime()),
-                           QStringLiteral("UpdateImmediateScheduleToolTip"));
+                           u"UpdateImmediateScheduleToolTip"_s);
                    });
-    m_commands.add(QStringLiteral("immediate"),
-                   QStringLiteral("immediate [ACCOUNT]           a job to start at once"),
+    m_commands.add(u"immediate"_s, u"immediate [ACCOUNT]           a job to start at once"_s,
                    [this](const QStringList &words, const QString &) { return scheduleImmediate(words); });
-    m_commands.add(QStringLiteral("schedules"), QStringLiteral("schedules                     list all jobs"),
+    m_commands.add(u"schedules"_s, u"schedules                     list all jobs"_s,
                    [this](const QStringList &, const QString &) {
                        const QStringList jobs = m_schedules.describe();
                        for (const QString &job : jobs)
                            printLine(job);
-                       return CommandResult::ok(QStringLiteral("%1 jobs").arg(jobs.size()));
+                       return CommandResult::ok(u"%1 jobs"_s.arg(jobs.size()));
                    });
-    m_commands.add(QStringLiteral("jobs"),
-                   QStringLiteral("jobs on|off                   switch all scheduled jobs"),
+    m_commands.add(u"jobs"_s, u"jobs on|off                   switch all scheduled jobs"_s,
                    [this](const QStringList &words, const QString &) { return switchJobs(words); });
-    m_commands.add(QStringLiteral("clear schedules"), QStringLiteral("clear schedules"),
-                   [this](const QStringList &, const QString &) {
-                       return announce(m_schedules.clear(), QStringLiteral("UpdateImmediateScheduleToolTip"));
-                   });
+    m_commands.add(u"clear schedules"_s, u"clear schedules"_s, [this](const QStringList &, const QString &) {
+        return announce(m_schedules.clear(), u"UpdateImmediateScheduleToolTip"_s);
+    });
 }
 
 void MainApplication::addThrottleCommands()
 {
-    m_commands.add(QStringLiteral("throttle"),
-                   QStringLiteral("throttle PERCENT              what backups may use of the line"),
+    m_commands.add(u"throttle"_s, u"throttle PERCENT              what backups may use of the line"_s,
                    [this](const QStringList &words, const QString &) { return setBandwidth(words); });
-    m_commands.add(QStringLiteral("throttle auto"),
-                   QStringLiteral("throttle auto on|off          less while somebody works here"),
+    m_commands.add(u"throttle auto"_s, u"throttle auto on|off          less while somebody works here"_s,
                    [this](const QStringList &words, const QString &) { return setAutoPause(words); });
-    m_commands.add(QStringLiteral("throttle show"),
-                   QStringLiteral("throttle show                 the settings shared with the daemon"),
+    m_commands.add(u"throttle show"_s, u"throttle show                 the settings shared with the daemon"_s,
                    [this](const QStringList &, const QString &) {
                        const QString settings = m_throttle.describe(m_accounts.signedInAccount());
-                       return settings.isEmpty() ? CommandResult::failed(QStringLiteral("there are none"))
+                       return settings.isEmpty() ? CommandResult::failed(u"there are none"_s)
                                                  : CommandResult::ok(settings);
                    });
 }
 
 void MainApplication::addSettingsCommands()
 {
-    m_commands.add(QStringLiteral("show progress"),
-                   QStringLiteral("show progress                 have the monitor show the scheduled job"),
-                   [this](const QStringList &, const QString &) {
-                       return announce(true, QStringLiteral("ShowSchedulerProgress"));
-                   });
-    m_commands.add(QStringLiteral("language"), QStringLiteral("language en|es|ja"),
+    m_commands.add(
+        u"show progress"_s, u"show progress                 have the monitor show the scheduled job"_s,
+        [this](const QStringList &, const QString &) { return announce(true, u"ShowSchedulerProgress"_s); });
+    m_commands.add(u"language"_s, u"language en|es|ja"_s,
                    [this](const QStringList &words, const QString &) { return setLanguage(words); });
-    m_commands.add(QStringLiteral("appearance"),
-                   QStringLiteral("appearance light|dark         of the whole desktop"),
+    m_commands.add(u"appearance"_s, u"appearance light|dark         of the whole desktop"_s,
                    [this](const QStringList &words, const QString &) { return setAppearance(words); });
-    m_commands.add(QStringLiteral("notify"),
-                   QStringLiteral("notify NAME [OBJECT] [KEY=VALUE...]  post a notification"),
+    m_commands.add(u"notify"_s, u"notify NAME [OBJECT] [KEY=VALUE...]  post a notification"_s,
                    [this](const QStringList &words, const QString &) { return notify(words); });
-    m_commands.add(QStringLiteral("help"), QStringLiteral("help                          this list"),
+    m_commands.add(u"help"_s, u"help                          this list"_s,
                    [this](const QStringList &, const QString &) {
                        printLine(m_commands.help());
                        return CommandResult::ok();
@@ -190,13 +174,13 @@ CommandResult MainApplication::signIn(const QStringList &words)
 {
     // The name becomes that of a folder.
     if (words.isEmpty() || words.first().contains(u'/') || words.first().startsWith(u'.'))
-        return CommandResult::failed(QStringLiteral("needs an account name"));
+        return CommandResult::failed(u"needs an account name"_s);
     Account account;
     account.name = words.first();
     if (words.size() > 1)
         account.plan = words.at(1);
     return announce(m_throttle.fillIn(account.name) && m_accounts.signIn(account),
-                    QStringLiteral("EnablePreferencesNotification"));
+                    u"EnablePreferencesNotification"_s);
 }
 
 CommandResult MainApplication::setBandwidth(const QStringList &words)
@@ -206,47 +190,47 @@ CommandResult MainApplication::setBandwidth(const QStringList &words)
     bool isNumber = false;
     const int percent = words.value(0).toInt(&isNumber);
     if (account.isEmpty() || words.size() != 1 || !isNumber || percent < 0 || percent > All)
-        return CommandResult::failed(QStringLiteral("needs a signed-in account, and 0 to %1").arg(All));
-    return announce(m_throttle.setBandwidth(account, percent), QStringLiteral("updateBandwidthMacInUseValue"));
+        return CommandResult::failed(u"needs a signed-in account, and 0 to %1"_s.arg(All));
+    return announce(m_throttle.setBandwidth(account, percent), u"updateBandwidthMacInUseValue"_s);
 }
 
 CommandResult MainApplication::setAutoPause(const QStringList &words)
 {
     const QString account = m_accounts.signedInAccount();
-    const bool on = words == QStringList{QStringLiteral("on")};
-    if (account.isEmpty() || (!on && words != QStringList{QStringLiteral("off")}))
-        return CommandResult::failed(QStringLiteral("needs a signed-in account, and on or off"));
-    return announce(m_throttle.setAutoPause(account, on), QStringLiteral("updateBandwidthMacInUseValue"));
+    const bool on = words == QStringList{u"on"_s};
+    if (account.isEmpty() || (!on && words != QStringList{u"off"_s}))
+        return CommandResult::failed(u"needs a signed-in account, and on or off"_s);
+    return announce(m_throttle.setAutoPause(account, on), u"updateBandwidthMacInUseValue"_s);
 }
 
 CommandResult MainApplication::addSchedule(const QStringList &words)
 {
     const QDateTime now = QDateTime::currentDateTime();
     const auto time = timeFromWord(words.value(0), now);
-    const auto frequency = frequencyFromWord(words.value(1, QStringLiteral("daily")));
+    const auto frequency = frequencyFromWord(words.value(1, u"daily"_s));
     const QString account = words.value(2, m_accounts.signedInAccount());
     if (!time || !frequency || account.isEmpty())
-        return CommandResult::failed(QStringLiteral("needs a time, a frequency and an account"));
+        return CommandResult::failed(u"needs a time, a frequency and an account"_s);
     const auto job = ScheduleBook::makeJob(account, words.value(3, loginName()), *time, *frequency);
-    return announce(m_schedules.add(job), QStringLiteral("UpdateImmediateScheduleToolTip"));
+    return announce(m_schedules.add(job), u"UpdateImmediateScheduleToolTip"_s);
 }
 
 CommandResult MainApplication::scheduleImmediate(const QStringList &words)
 {
     const QString account = words.value(0, m_accounts.signedInAccount());
     if (account.isEmpty())
-        return CommandResult::failed(QStringLiteral("nobody is signed in, and no account is given"));
+        return CommandResult::failed(u"nobody is signed in, and no account is given"_s);
     const auto job = ScheduleBook::makeJob(account, loginName(), QDateTime::currentDateTime(), Frequency::Once);
-    return announce(m_schedules.add(job), QStringLiteral("UpdateImmediateScheduleToolTip"));
+    return announce(m_schedules.add(job), u"UpdateImmediateScheduleToolTip"_s);
 }
 
 CommandResult MainApplication::switchJobs(const QStringList &words)
 {
-    const bool on = words == QStringList{QStringLiteral("on")};
-    if (!on && words != QStringList{QStringLiteral("off")})
-        return CommandResult::failed(QStringLiteral("on or off"));
-    return announce(writeWholeFile(m_table.path(QStringLiteral("SchedulerStatusInfoPath")), on ? "1" : "0"),
-                    QStringLiteral("UpdateImmediateScheduleToolTip"));
+    const bool on = words == QStringList{u"on"_s};
+    if (!on && words != QStringList{u"off"_s})
+        return CommandResult::failed(u"on or off"_s);
+    return announce(writeWholeFile(m_table.path(u"SchedulerStatusInfoPath"_s), on ? "1" : "0"),
+                    u"UpdateImmediateScheduleToolTip"_s);
 }
 
 CommandResult MainApplication::setQuota(const QStringList &words)
@@ -257,40 +241,39 @@ CommandResult MainApplication::setQuota(const QStringList &words)
     const double used = words.value(0).toDouble(&isUsed);
     const double total = words.value(1).toDouble(&isTotal);
     if (account.isEmpty() || !isUsed || !isTotal)
-        return CommandResult::failed(QStringLiteral("needs a signed-in account and two numbers"));
-    return announce(m_accounts.setQuota(account, used, total), QStringLiteral("ReloadPreferences"));
+        return CommandResult::failed(u"needs a signed-in account and two numbers"_s);
+    return announce(m_accounts.setQuota(account, used, total), u"ReloadPreferences"_s);
 }
 
 CommandResult MainApplication::setLanguage(const QStringList &words)
 {
-    const QStringList known{QStringLiteral("en"), QStringLiteral("es"), QStringLiteral("ja")};
+    const QStringList known{u"en"_s, u"es"_s, u"ja"_s};
     if (words.size() != 1 || !known.contains(words.first()))
-        return CommandResult::failed(QStringLiteral("en, es or ja"));
-    if (!setPreference(QStringLiteral("com.halvernet.Corvane.plist"), QStringLiteral("AppleLanguages"), words))
-        return CommandResult::failed(QStringLiteral("cannot write the preferences"));
-    if (!postNotification(QStringLiteral("changeLanguage"), {}, {{QStringLiteral("language"), words.first()}}))
-        return CommandResult::ok(QStringLiteral("stored; no session bus to tell it on"));
+        return CommandResult::failed(u"en, es or ja"_s);
+    if (!setPreference(u"com.halvernet.Corvane.plist"_s, u"AppleLanguages"_s, words))
+        return CommandResult::failed(u"cannot write the preferences"_s);
+    if (!postNotification(u"changeLanguage"_s, {}, {{u"language"_s, words.first()}}))
+        return CommandResult::ok(u"stored; no session bus to tell it on"_s);
     return CommandResult::ok();
 }
 
 CommandResult MainApplication::setAppearance(const QStringList &words)
 {
-    const bool dark = words == QStringList{QStringLiteral("dark")};
-    if (!dark && words != QStringList{QStringLiteral("light")})
-        return CommandResult::failed(QStringLiteral("light or dark"));
-    const bool written =
-        setPreference(QStringLiteral(".GlobalPreferences.plist"), QStringLiteral("AppleInterfaceStyle"),
-                      dark ? QVariant(QStringLiteral("Dark")) : QVariant());
+    const bool dark = words == QStringList{u"dark"_s};
+    if (!dark && words != QStringList{u"light"_s})
+        return CommandResult::failed(u"light or dark"_s);
+    const bool written = setPreference(u".GlobalPreferences.plist"_s, u"AppleInterfaceStyle"_s,
+                                       dark ? QVariant(u"Dark"_s) : QVariant());
     if (!written)
-        return CommandResult::failed(QStringLiteral("cannot write the preferences"));
-    postNotification(QStringLiteral("AppleInterfaceThemeChangedNotification"));
+        return CommandResult::failed(u"cannot write the preferences"_s);
+    postNotification(u"AppleInterfaceThemeChangedNotification"_s);
     return CommandResult::ok();
 }
 
 CommandResult MainApplication::notify(const QStringList &words)
 {
     if (words.isEmpty())
-        return CommandResult::failed(QStringLiteral("needs a name"));
+        return CommandResult::failed(u"needs a name"_s);
     // A key of the path table stands for the name behind it.
     const QString stored = m_table.value(words.first());
     QString object;
@@ -303,15 +286,15 @@ CommandResult MainApplication::notify(const QStringList &words)
             object = word;
     }
     if (!postNotification(stored.isEmpty() ? words.first() : stored, object, userInfo))
-        return CommandResult::failed(QStringLiteral("no session bus"));
+        return CommandResult::failed(u"no session bus"_s);
     return CommandResult::ok();
 }
 
 CommandResult MainApplication::announce(bool written, const QString &key) const
 {
     if (!written)
-        return CommandResult::failed(QStringLiteral("the files could not be written"));
+        return CommandResult::failed(u"the files could not be written"_s);
     if (!postNotification(m_table.value(key)))
-        return CommandResult::ok(QStringLiteral("stored; no session bus to tell it on"));
+        return CommandResult::ok(u"stored; no session bus to tell it on"_s);
     return CommandResult::ok();
 }

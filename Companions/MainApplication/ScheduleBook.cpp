@@ -2,6 +2,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::array<const char *, 7> FrequencyWords = {"once",    "hourly",   "daily", "weekly",
@@ -22,31 +24,30 @@ ScheduleRecord ScheduleBook::makeJob(const QString &account, const QString &logi
                                      Frequency frequency)
 {
     const bool immediate = frequency == Frequency::Once;
-    return {{QStringLiteral("username"), QString(account + QStringLiteral(": ") + login)},
-            {QStringLiteral("corvaneUserName"), account},
-            {QStringLiteral("profileName"), login},
-            {QStringLiteral("scheduleTime"), time},
-            {QStringLiteral("backupType"), 0},
-            {QStringLiteral("status"), static_cast<int>(JobStatus::YetToStart)},
-            {QStringLiteral("scheduleType"), 0},
-            {QStringLiteral("frequency"), static_cast<int>(frequency)},
-            {QStringLiteral("modify"), 0},
-            {QStringLiteral("timeSettings"), immediate ? 2 : 1},
-            {QStringLiteral("userAtServer"), QString(account + QStringLiteral("@vault7.halvernet.example"))},
-            {QStringLiteral("serverName"), QStringLiteral("vault7.halvernet.example")},
-            {QStringLiteral("quotaServerName"), QStringLiteral("vault7.halvernet.example")},
-            {QStringLiteral("destination"), QStringLiteral("Online")},
-            {QStringLiteral("emailids"), account},
-            {QStringLiteral("displayDesktopNotification"), true},
-            {QStringLiteral("shouldStartMissedScheduleBackup"), true},
-            {QStringLiteral("sendEmailNotification"), false},
-            {QStringLiteral("isUseSSL"), true},
-            {QStringLiteral("sendLogExtract"), false},
-            {QStringLiteral("notifyOnFailure"), true},
-            {QStringLiteral("isAutoSyncEnabled"), false},
-            {QStringLiteral("notifyMe"), 1},
-            {QStringLiteral("selectedDaysForSchedule"),
-             QVariantList{QStringLiteral("Mon"), QStringLiteral("Wed"), QStringLiteral("Fri")}}};
+    return {{u"username"_s, QString(account + u": "_s + login)},
+            {u"corvaneUserName"_s, account},
+            {u"profileName"_s, login},
+            {u"scheduleTime"_s, time},
+            {u"backupType"_s, 0},
+            {u"status"_s, static_cast<int>(JobStatus::YetToStart)},
+            {u"scheduleType"_s, 0},
+            {u"frequency"_s, static_cast<int>(frequency)},
+            {u"modify"_s, 0},
+            {u"timeSettings"_s, immediate ? 2 : 1},
+            {u"userAtServer"_s, QString(account + u"@vault7.halvernet.example"_s)},
+            {u"serverName"_s, u"vault7.halvernet.example"_s},
+            {u"quotaServerName"_s, u"vault7.halvernet.example"_s},
+            {u"destination"_s, u"Online"_s},
+            {u"emailids"_s, account},
+            {u"displayDesktopNotification"_s, true},
+            {u"shouldStartMissedScheduleBackup"_s, true},
+            {u"sendEmailNotification"_s, false},
+            {u"isUseSSL"_s, true},
+            {u"sendLogExtract"_s, false},
+            {u"notifyOnFailure"_s, true},
+            {u"isAutoSyncEnabled"_s, false},
+            {u"notifyMe"_s, 1},
+            {u"selectedDaysForSchedule"_s, QVariantList{u"Mon"_s, u"Wed"_s, u"Fri"_s}}};
 }
 
 bool ScheduleBook::add(const ScheduleRecord &job)
@@ -63,14 +64,14 @@ bool ScheduleBook::clear()
 
 bool ScheduleBook::fillWithDemoSet(const QString &account, const QString &login, const QDateTime &now)
 {
-    const QString other = QStringLiteral("kenji@example.net");
-    const QString otherLogin = QStringLiteral("guest");
+    const QString other = u"kenji@example.net"_s;
+    const QString otherLogin = u"guest"_s;
     ScheduleRecord restore =
         makeJob(account, login, nextTimeOfDay(now, QTime(4, 0)).addDays(9), Frequency::None);
-    restore.insert(QStringLiteral("scheduleType"), 1);
+    restore.insert(u"scheduleType"_s, 1);
     ScheduleRecord local =
         makeJob(account, login, nextTimeOfDay(now, QTime(22, 15)).addDays(3), Frequency::Weekly);
-    local.insert(QStringLiteral("backupType"), 1);
+    local.insert(u"backupType"_s, 1);
     return writeSchedules(
         m_path, {makeJob(other, login, now.addSecs(-3600), Frequency::Hourly),
                  makeJob(account, otherLogin, now.addSecs(600), Frequency::Daily),
@@ -83,14 +84,13 @@ QStringList ScheduleBook::describe() const
 {
     QStringList lines;
     for (const ScheduleRecord &job : readSchedules(m_path)) {
-        const auto frequency = job.value(QStringLiteral("frequency")).toUInt();
+        const auto frequency = job.value(u"frequency"_s).toUInt();
         const auto word =
             QString::fromLatin1(frequency < FrequencyWords.size() ? FrequencyWords[frequency] : "?");
-        lines.append(
-            QStringLiteral("%1  %2  %3  status %4")
-                .arg(job.value(QStringLiteral("scheduleTime")).toDateTime().toString(u"yyyy-MM-dd HH:mm"),
-                     word.leftJustified(8), job.value(QStringLiteral("username")).toString())
-                .arg(job.value(QStringLiteral("status")).toInt()));
+        lines.append(u"%1  %2  %3  status %4"_s
+                         .arg(job.value(u"scheduleTime"_s).toDateTime().toString(u"yyyy-MM-dd HH:mm"),
+                              word.leftJustified(8), job.value(u"username"_s).toString())
+                         .arg(job.value(u"status"_s).toInt()));
     }
     return lines;
 }

@@ -2,28 +2,28 @@
 
 #include "Companions/Common/PropertyList.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const QString AutoPauseKey = QStringLiteral("EnableBandwidthThrottleKey");
+const QString AutoPauseKey = u"EnableBandwidthThrottleKey"_s;
 
 QVariantMap firstSettings()
 {
-    return {
-        {AutoPauseKey, false},
-        {QStringLiteral("BandwidthThrottleKey"), QStringLiteral("75")},
-        {QStringLiteral("BandwidthThrottleAutoPauseKey"), QStringLiteral("50")},
-        {QStringLiteral("BandwidthThrottleForIdleKey"), QStringLiteral("100")},
-        // Of no concern to anyone but the application.
-        {QStringLiteral("KeptVersionsKey"), 30},
-        {QStringLiteral("IgnoredExtensionsKey"), QVariantList{QStringLiteral("tmp"), QStringLiteral("part")}}};
+    return {{AutoPauseKey, false},
+            {u"BandwidthThrottleKey"_s, u"75"_s},
+            {u"BandwidthThrottleAutoPauseKey"_s, u"50"_s},
+            {u"BandwidthThrottleForIdleKey"_s, u"100"_s},
+            // Of no concern to anyone but the application.
+            {u"KeptVersionsKey"_s, 30},
+            {u"IgnoredExtensionsKey"_s, QVariantList{u"tmp"_s, u"part"_s}}};
 }
 
 bool isAutoPause(const QVariantMap &settings)
 {
     const QVariant value = settings.value(AutoPauseKey);
-    return value.typeId() == QMetaType::Bool
-               ? value.toBool()
-               : value.typeId() == QMetaType::QString && value == QStringLiteral("1");
+    return value.typeId() == QMetaType::Bool ? value.toBool()
+                                             : value.typeId() == QMetaType::QString && value == u"1"_s;
 }
 
 QString valueText(const QVariant &value)
@@ -47,8 +47,8 @@ bool ThrottleSettings::fillIn(const QString &account)
 
 bool ThrottleSettings::setBandwidth(const QString &account, int percent)
 {
-    const QString key = isAutoPause(settingsOf(account)) ? QStringLiteral("BandwidthThrottleAutoPauseKey")
-                                                         : QStringLiteral("BandwidthThrottleKey");
+    const QString key =
+        isAutoPause(settingsOf(account)) ? u"BandwidthThrottleAutoPauseKey"_s : u"BandwidthThrottleKey"_s;
     return change(account, key, QString::number(percent));
 }
 

@@ -5,23 +5,22 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption tableOption(QStringLiteral("table"), QStringLiteral("The path table to use."),
-                                         QStringLiteral("file"));
+    const QCommandLineOption tableOption(u"table"_s, u"The path table to use."_s, u"file"_s);
     parser.addOption(tableOption);
     parser.addHelpOption();
     parser.addPositionalArgument(
-        QStringLiteral("command"),
-        QStringLiteral("One command to run; with none they are read from standard input."),
-        QStringLiteral("[command...]"));
+        u"command"_s, u"One command to run; with none they are read from standard input."_s, u"[command...]"_s);
     parser.process(application);
 
     const auto table = PathTable::load(parser.value(tableOption));
     if (!table) {
-        printResult(CommandResult::failed(QStringLiteral("no path table")));
+        printResult(CommandResult::failed(u"no path table"_s));
         return 2;
     }
     const MainApplication mainApplication(*table);
@@ -34,14 +33,14 @@ int main(int argc, char **argv)
     // Under the product's own name it is the application as a user starts it: it stays when nobody speaks to
     // it.
     const QString ownName = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
-    const bool isInFront = ownName == table->value(QStringLiteral("ApplicationFullName"));
+    const bool isInFront = ownName == table->value(u"ApplicationFullName"_s);
     FrontApplication front;
     if (isInFront && !front.open())
-        printLine(QStringLiteral("-- the desktop does not know of it: no session bus, or another is in front"));
+        printLine(u"-- the desktop does not know of it: no session bus, or another is in front"_s);
 
     LineInput input;
     QObject::connect(&input, &LineInput::lineRead, &application, [&mainApplication](const QString &line) {
-        if (line == QLatin1StringView("quit"))
+        if (line == "quit"_L1)
             QCoreApplication::quit();
         else
             printResult(mainApplication.run(line));

@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds FilePace{1000};
@@ -23,14 +25,14 @@ enum Number : int {
     Reinitialize = 517,
 };
 
-const QString UpToDate = QStringLiteral("All files are up to date");
-const QString Paused = QStringLiteral("Paused");
+const QString UpToDate = u"All files are up to date"_s;
+const QString Paused = u"Paused"_s;
 
 /// One element for the eye. Of a dictionary only the keys: it may be somebody's record.
 QString shown(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QVariantMap)
-        return u'{' + QStringList(value.toMap().keys()).join(QStringLiteral(", ")) + u'}';
+        return u'{' + QStringList(value.toMap().keys()).join(u", "_s) + u'}';
     return u'"' + value.toString() + u'"';
 }
 } // namespace
@@ -43,7 +45,7 @@ SyncDaemon::SyncDaemon(PathTable table, QObject *parent)
     connect(&m_port, &SyncPort::received, this, &SyncDaemon::didReceive);
     connect(&m_port, &SyncPort::sent, this, [](const QString &failure) {
         if (!failure.isEmpty())
-            printLine(QStringLiteral("not delivered: ") + failure);
+            printLine(u"not delivered: "_s + failure);
     });
     addSyncCommands();
     addMessageCommands();
@@ -55,7 +57,7 @@ bool SyncDaemon::start()
 {
     const bool open = m_port.open();
     printResult(open ? CommandResult::ok(m_files.daemonPort())
-                     : CommandResult::failed(QStringLiteral("no session bus, or the port is taken")));
+                     : CommandResult::failed(u"no session bus, or the port is taken"_s));
     return open;
 }
 
@@ -66,22 +68,19 @@ void SyncDaemon::runCommand(const QString &line)
 
 void SyncDaemon::addSyncCommands()
 {
-    m_commands.add(QStringLiteral("enable"), QStringLiteral("enable [ACCOUNT]              mark it as syncing"),
+    m_commands.add(u"enable"_s, u"enable [ACCOUNT]              mark it as syncing"_s,
                    [this](const QStringList &words, const QString &) { return setEnabled(words, true); });
-    m_commands.add(QStringLiteral("disable"),
-                   QStringLiteral("disable [ACCOUNT]             and take the mark away"),
+    m_commands.add(u"disable"_s, u"disable [ACCOUNT]             and take the mark away"_s,
                    [this](const QStringList &words, const QString &) { return setEnabled(words, false); });
-    m_commands.add(QStringLiteral("pause"),
-                   QStringLiteral("pause                         pause, and tell the monitor"),
+    m_commands.add(u"pause"_s, u"pause                         pause, and tell the monitor"_s,
                    [this](const QStringList &, const QString &) { return setPaused(true); });
-    m_commands.add(QStringLiteral("resume"), QStringLiteral("resume                        go on"),
+    m_commands.add(u"resume"_s, u"resume                        go on"_s,
                    [this](const QStringList &, const QString &) { return setPaused(false); });
-    m_commands.add(QStringLiteral("work"),
-                   QStringLiteral("work [FILES]                  a line for each file, then up to date"),
+    m_commands.add(u"work"_s, u"work [FILES]                  a line for each file, then up to date"_s,
                    [this](const QStringList &words, const QString &) {
                        const int files = words.isEmpty() ? DefaultFiles : words.first().toInt();
                        if (files < 1 || files > MaxFiles)
-                           return CommandResult::failed(QStringLiteral("1 to %1 files").arg(MaxFiles));
+                           return CommandResult::failed(u"1 to %1 files"_s.arg(MaxFiles));
                        beginWork(files);
                        return CommandResult::ok();
                    });
@@ -89,26 +88,25 @@ void SyncDaemon::addSyncCommands()
 
 void SyncDaemon::addMessageCommands()
 {
-    m_commands.add(QStringLiteral("status"), QStringLiteral("status TEXT                   send a status line"),
+    m_commands.add(u"status"_s, u"status TEXT                   send a status line"_s,
                    [this](const QStringList &, const QString &text) {
                        m_port.send(text, StatusLine);
                        return CommandResult::ok();
                    });
-    m_commands.add(QStringLiteral("number"), QStringLiteral("number N [TEXT]               send any number"),
+    m_commands.add(u"number"_s, u"number N [TEXT]               send any number"_s,
                    [this](const QStringList &words, const QString &rest) {
                        bool isNumber = false;
                        const int number = words.value(0).toInt(&isNumber);
                        if (!isNumber)
-                           return CommandResult::failed(QStringLiteral("needs a number"));
+                           return CommandResult::failed(u"needs a number"_s);
                        m_port.send(rest.mid(words.first().size()).trimmed(), number);
                        return CommandResult::ok();
                    });
-    m_commands.add(QStringLiteral("raw"),
-                   QStringLiteral("raw JSON-ARRAY                send an array as it is"),
+    m_commands.add(u"raw"_s, u"raw JSON-ARRAY                send an array as it is"_s,
                    [this](const QStringList &, const QString &text) {
                        const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
                        if (!document.isArray())
-                           return CommandResult::failed(QStringLiteral("no JSON array"));
+                           return CommandResult::failed(u"no JSON array"_s);
                        m_port.sendArray(document.array().toVariantList());
                        return CommandResult::ok();
                    });
@@ -116,24 +114,22 @@ void SyncDaemon::addMessageCommands()
 
 void SyncDaemon::addFaultCommands()
 {
-    m_commands.add(QStringLiteral("hang"),
-                   QStringLiteral("hang on|off                   never answer the monitor"),
+    m_commands.add(u"hang"_s, u"hang on|off                   never answer the monitor"_s,
                    [this](const QStringList &words, const QString &) {
-                       m_port.setManners({.hangs = words.value(0) == QLatin1StringView("on")});
+                       m_port.setManners({.hangs = words.value(0) == "on"_L1});
                        return CommandResult::ok();
                    });
-    m_commands.add(QStringLiteral("late"), QStringLiteral("late SECONDS                  answer so much later"),
+    m_commands.add(u"late"_s, u"late SECONDS                  answer so much later"_s,
                    [this](const QStringList &words, const QString &) {
                        bool isNumber = false;
                        const double seconds = words.value(0).toDouble(&isNumber);
                        if (!isNumber || seconds < 0 || seconds > 3600)
-                           return CommandResult::failed(QStringLiteral("0 to 3600 seconds"));
+                           return CommandResult::failed(u"0 to 3600 seconds"_s);
                        m_port.setManners(
                            {.delay = std::chrono::milliseconds(static_cast<int>(seconds * 1000))});
                        return CommandResult::ok();
                    });
-    m_commands.add(QStringLiteral("die"),
-                   QStringLiteral("die                           end at once, as in a crash"),
+    m_commands.add(u"die"_s, u"die                           end at once, as in a crash"_s,
                    [](const QStringList &, const QString &) -> CommandResult {
                        printResult(CommandResult::ok());
                        ::_exit(1);
@@ -142,16 +138,15 @@ void SyncDaemon::addFaultCommands()
 
 void SyncDaemon::addOwnCommands()
 {
-    m_commands.add(QStringLiteral("help"), QStringLiteral("help                          this list"),
+    m_commands.add(u"help"_s, u"help                          this list"_s,
                    [this](const QStringList &, const QString &) {
                        printLine(m_commands.help());
                        return CommandResult::ok();
                    });
-    m_commands.add(QStringLiteral("quit"), QStringLiteral("quit"),
-                   [this](const QStringList &, const QString &) {
-                       Q_EMIT quitRequested();
-                       return CommandResult::ok();
-                   });
+    m_commands.add(u"quit"_s, u"quit"_s, [this](const QStringList &, const QString &) {
+        Q_EMIT quitRequested();
+        return CommandResult::ok();
+    });
 }
 
 void SyncDaemon::didReceive(const QVariantList &array)
@@ -159,7 +154,7 @@ void SyncDaemon::didReceive(const QVariantList &array)
     QStringList words;
     for (const QVariant &element : array)
         words.append(shown(element));
-    printLine(QStringLiteral("received ") + words.join(u' '));
+    printLine(u"received "_s + words.join(u' '));
     switch (array.value(1).toInt()) {
     case Pause:
     case Disable:
@@ -193,8 +188,7 @@ void SyncDaemon::doNextFile()
 {
     if (m_filesDone < m_filesInAll) {
         ++m_filesDone;
-        m_port.send(QStringLiteral("Uploading document-%1.pdf (%1 of %2)").arg(m_filesDone).arg(m_filesInAll),
-                    StatusLine);
+        m_port.send(u"Uploading document-%1.pdf (%1 of %2)"_s.arg(m_filesDone).arg(m_filesInAll), StatusLine);
         return;
     }
     m_work.stop();
@@ -210,9 +204,9 @@ CommandResult SyncDaemon::setEnabled(const QStringList &words, bool enabled)
     const QString account = words.value(0, m_files.signedInAccount());
     if (account.isEmpty() || account.contains(u'/') ||
         account.startsWith(u'.')) // it becomes the name of a folder
-        return CommandResult::failed(QStringLiteral("nobody is signed in, and no account is given"));
+        return CommandResult::failed(u"nobody is signed in, and no account is given"_s);
     if (!m_files.setEnabled(account, enabled))
-        return CommandResult::failed(QStringLiteral("the files could not be written"));
+        return CommandResult::failed(u"the files could not be written"_s);
     if (!enabled)
         m_work.stop();
     return CommandResult::ok();
@@ -222,9 +216,9 @@ CommandResult SyncDaemon::setPaused(bool paused)
 {
     const QString account = m_files.signedInAccount();
     if (account.isEmpty())
-        return CommandResult::failed(QStringLiteral("nobody is signed in"));
+        return CommandResult::failed(u"nobody is signed in"_s);
     if (!m_files.setPaused(account, paused))
-        return CommandResult::failed(QStringLiteral("the files could not be written"));
+        return CommandResult::failed(u"the files could not be written"_s);
     m_port.send({}, Resume); // the number that says that the pause has changed, either way
     if (paused) {
         m_work.stop();

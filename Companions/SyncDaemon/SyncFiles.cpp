@@ -5,10 +5,12 @@
 #include <QDir>
 #include <QSysInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const QString PauseKey = QStringLiteral("Pause");
-const QString ReinitializeKey = QStringLiteral("Re-initialize");
+const QString PauseKey = u"Pause"_s;
+const QString ReinitializeKey = u"Re-initialize"_s;
 
 bool setValue(const QString &path, const QString &key, const QVariant &value)
 {
@@ -24,41 +26,41 @@ SyncFiles::SyncFiles(PathTable table) : m_table(std::move(table))
 
 QString SyncFiles::portEnding() const
 {
-    const QVariantMap machine = readPropertyList(m_table.path(QStringLiteral("RootMachineInfoPath"))).toMap();
-    const QString recorded = machine.value(QStringLiteral("machineId")).toString();
+    const QVariantMap machine = readPropertyList(m_table.path(u"RootMachineInfoPath"_s)).toMap();
+    const QString recorded = machine.value(u"machineId"_s).toString();
     return (recorded.isEmpty() ? QString::fromLatin1(QSysInfo::machineUniqueId()) : recorded) + loginName();
 }
 
 QString SyncFiles::daemonPort() const
 {
-    return QStringLiteral("SyncDM") + portEnding();
+    return u"SyncDM"_s + portEnding();
 }
 
 QString SyncFiles::monitorPort() const
 {
-    return QStringLiteral("SyncMD") + portEnding();
+    return u"SyncMD"_s + portEnding();
 }
 
 QString SyncFiles::signedInAccount() const
 {
-    const QVariant record = readPropertyList(m_table.path(QStringLiteral("LastUserLoginDetailsFilePath")));
-    return record.toMap().value(QStringLiteral("Username")).toString();
+    const QVariant record = readPropertyList(m_table.path(u"LastUserLoginDetailsFilePath"_s));
+    return record.toMap().value(u"Username"_s).toString();
 }
 
 bool SyncFiles::setEnabled(const QString &account, bool enabled)
 {
     if (enabled) {
-        const QVariantMap details{{PauseKey, QStringLiteral("0")}, {ReinitializeKey, false}};
+        const QVariantMap details{{PauseKey, u"0"_s}, {ReinitializeKey, false}};
         if (!writePropertyList(detailsPath(account), details) ||
             !writePropertyList(loggedDetailsPath(), details))
             return false;
     }
-    return setValue(m_table.path(QStringLiteral("SyncStateFilePath")), account.toLower(), enabled);
+    return setValue(m_table.path(u"SyncStateFilePath"_s), account.toLower(), enabled);
 }
 
 bool SyncFiles::setPaused(const QString &account, bool paused)
 {
-    const QString value = paused ? QStringLiteral("1") : QStringLiteral("0");
+    const QString value = paused ? u"1"_s : u"0"_s;
     return setValue(detailsPath(account), PauseKey, value) && setValue(loggedDetailsPath(), PauseKey, value);
 }
 
@@ -69,10 +71,10 @@ bool SyncFiles::setReinitializing(bool reinitializing)
 
 QString SyncFiles::detailsPath(const QString &account) const
 {
-    return m_table.path(QStringLiteral("SyncDetailsUserPath"), {QDir::homePath(), account});
+    return m_table.path(u"SyncDetailsUserPath"_s, {QDir::homePath(), account});
 }
 
 QString SyncFiles::loggedDetailsPath() const
 {
-    return m_table.path(QStringLiteral("LoggedSyncDetailsUserPath"));
+    return m_table.path(u"LoggedSyncDetailsUserPath"_s);
 }

@@ -5,9 +5,11 @@
 #include <QDBusPendingCallWatcher>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const QString PortObject = QStringLiteral("/port");
+const QString PortObject = u"/port"_s;
 
 /// Dictionaries and arrays come wrapped; the daemon looks into them one level deep.
 QVariant unwrapped(const QVariant &value)
@@ -23,7 +25,7 @@ QVariant unwrapped(const QVariant &value)
 
 QString portBusName(const QString &port)
 {
-    QString name = QStringLiteral("com.halvernet.Corvane.Port.");
+    QString name = u"com.halvernet.Corvane.Port."_s;
     for (const char c : port.toUtf8()) {
         const bool plain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
         name += plain ? QString(QLatin1Char(c)) : QString::asprintf("_%02x", static_cast<unsigned char>(c));
@@ -49,9 +51,9 @@ void SyncPort::send(const QString &text, int number)
 
 void SyncPort::sendArray(const QVariantList &array)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        portBusName(m_peerName), PortObject, QStringLiteral("com.halvernet.Corvane.MessageSendingProtocol"),
-        QStringLiteral("didReceiveDataFromOtherProcess"));
+    QDBusMessage call = QDBusMessage::createMethodCall(portBusName(m_peerName), PortObject,
+                                                       u"com.halvernet.Corvane.MessageSendingProtocol"_s,
+                                                       u"didReceiveDataFromOtherProcess"_s);
     call << QVariant(array);
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call, 3000), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {

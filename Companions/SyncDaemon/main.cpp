@@ -3,19 +3,20 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption tableOption(QStringLiteral("table"), QStringLiteral("The path table to use."),
-                                         QStringLiteral("file"));
+    const QCommandLineOption tableOption(u"table"_s, u"The path table to use."_s, u"file"_s);
     parser.addOption(tableOption);
     parser.addHelpOption();
     parser.process(application);
 
     const auto table = PathTable::load(parser.value(tableOption));
     if (!table) {
-        printResult(CommandResult::failed(QStringLiteral("no path table")));
+        printResult(CommandResult::failed(u"no path table"_s));
         return 2;
     }
     SyncDaemon daemon(*table);

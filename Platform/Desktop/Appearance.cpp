@@ -5,6 +5,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds AnswerLimit{5000};
@@ -31,13 +33,11 @@ struct Setting {
     }
 };
 
-const Setting PortalScheme{QStringLiteral("org.freedesktop.portal.Desktop"),
-                           QStringLiteral("/org/freedesktop/portal/desktop"),
-                           QStringLiteral("org.freedesktop.portal.Settings"),
-                           QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme")};
-const Setting XfcePanel{QStringLiteral("org.xfce.Xfconf"), QStringLiteral("/org/xfce/Xfconf"),
-                        QStringLiteral("org.xfce.Xfconf"), QStringLiteral("xfce4-panel"),
-                        QStringLiteral("/panels/dark-mode")};
+const Setting PortalScheme{u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+                           u"org.freedesktop.portal.Settings"_s, u"org.freedesktop.appearance"_s,
+                           u"color-scheme"_s};
+const Setting XfcePanel{u"org.xfce.Xfconf"_s, u"/org/xfce/Xfconf"_s, u"org.xfce.Xfconf"_s, u"xfce4-panel"_s,
+                        u"/panels/dark-mode"_s};
 
 bool paletteIsDark()
 {
@@ -64,7 +64,7 @@ Appearance::Appearance(const QString &desktop, std::function<void()> changed,
     : m_desktop(desktop.split(u':')), m_bus(bus), m_changed(std::move(changed)),
       m_desktopChanged(std::move(desktopChanged))
 {
-    if (m_desktop.contains(QLatin1String("GNOME")))
+    if (m_desktop.contains("GNOME"_L1))
         m_panelIsDark = true;
     connect(&m_bus, &BusLink::connected, this, &Appearance::connectToBus);
     connectToBus();
@@ -83,18 +83,17 @@ void Appearance::connectToBus()
         return;
     connection->subscribe(PortalScheme.change("SettingChanged"), this,
                           SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
-    ask(PortalScheme.question(QStringLiteral("Read")),
-        [this](const QVariant &value) { takePortalScheme(value); });
-    if (!m_desktop.contains(QLatin1String("XFCE")))
+    ask(PortalScheme.question(u"Read"_s), [this](const QVariant &value) { takePortalScheme(value); });
+    if (!m_desktop.contains("XFCE"_L1))
         return;
     connection->subscribe(XfcePanel.change("PropertyChanged"), this,
                           SLOT(panelSettingChanged(QString, QString, QDBusVariant)));
     ask(
-        XfcePanel.question(QStringLiteral("GetProperty")),
+        XfcePanel.question(u"GetProperty"_s),
         [this](const QVariant &value) { take(m_panelIsDark, booleanIn(value)); },
         [this](const QString &error) {
             // How its panel looks as long as nobody has set it.
-            if (error == QLatin1String("org.xfce.Xfconf.Error.PropertyNotFound"))
+            if (error == "org.xfce.Xfconf.Error.PropertyNotFound"_L1)
                 take(m_panelIsDark, true);
         });
 }

@@ -5,6 +5,8 @@
 
 #include <QDBusPendingCallWatcher>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds NameLimit{3000};
@@ -32,7 +34,7 @@ ApplicationService::~ApplicationService()
     if (!connection || Ending::hasBegun())
         return;
     connection->bus().unregisterObject(Applications::objectPath(m_identifier));
-    connection->bus().send(BusConnection::busMethod(QStringLiteral("ReleaseName"), {m_identifier}));
+    connection->bus().send(BusConnection::busMethod(u"ReleaseName"_s, {m_identifier}));
 }
 
 void ApplicationService::start()
@@ -49,8 +51,7 @@ void ApplicationService::ask()
     // The object first: who waits for the name calls as soon as it appears. It stays from an earlier question.
     connection->bus().registerObject(Applications::objectPath(m_identifier), this,
                                      QDBusConnection::ExportScriptableSlots);
-    const QDBusMessage question =
-        BusConnection::busMethod(QStringLiteral("RequestName"), {m_identifier, NoFlags});
+    const QDBusMessage question = BusConnection::busMethod(u"RequestName"_s, {m_identifier, NoFlags});
     auto *call = new QDBusPendingCallWatcher(
         connection->bus().asyncCall(question, static_cast<int>(NameLimit.count())), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {
@@ -65,9 +66,9 @@ void ApplicationService::takeAnswer(const QDBusMessage &answer)
     if (answer.type() == QDBusMessage::ReplyMessage && (place == PrimaryOwner || place == AlreadyOwner)) {
         m_traced.clear();
     } else if (answer.type() == QDBusMessage::ReplyMessage && place == InQueue) {
-        traceOnce(QStringLiteral("another process has the name %1; it comes here next").arg(m_identifier));
+        traceOnce(u"another process has the name %1; it comes here next"_s.arg(m_identifier));
     } else if (m_bus.connection()) { // without one, the next asks by itself
-        traceOnce(QStringLiteral("the session bus did not give the name %1").arg(m_identifier));
+        traceOnce(u"the session bus did not give the name %1"_s.arg(m_identifier));
         m_retry.start();
     }
 }

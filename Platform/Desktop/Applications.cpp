@@ -13,12 +13,13 @@
 
 #include <sys/wait.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 bool isBusName(const QString &identifier)
 {
-    static const QRegularExpression form(
-        QStringLiteral(R"(\A[A-Za-z_-][A-Za-z0-9_-]*(\.[A-Za-z_-][A-Za-z0-9_-]*)+\z)"));
+    static const QRegularExpression form(uR"(\A[A-Za-z_-][A-Za-z0-9_-]*(\.[A-Za-z_-][A-Za-z0-9_-]*)+\z)"_s);
     return identifier.size() <= 255 && form.match(identifier).hasMatch();
 }
 
@@ -43,8 +44,7 @@ QString Applications::objectPath(const QString &identifier)
 QDBusMessage Applications::activation(const QString &identifier)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(identifier, objectPath(identifier),
-                                                       QStringLiteral("org.freedesktop.Application"),
-                                                       QStringLiteral("Activate"));
+                                                       u"org.freedesktop.Application"_s, u"Activate"_s);
     call.setArguments({QVariantMap()});
     call.setAutoStartService(false);
     return call;
@@ -66,7 +66,7 @@ bool Applications::open(const QString &path, const QStringList &arguments)
         words.append(shellWord(argument));
     // setsid starts the program and goes, so that nothing is left here that would have to be reaped later.
     const auto shell = ShellSpawn::start(
-        QStringLiteral("cd %1 && exec setsid --fork %2").arg(shellWord(homeDirectory()), words.join(u' ')));
+        u"cd %1 && exec setsid --fork %2"_s.arg(shellWord(homeDirectory()), words.join(u' ')));
     return shell.pid != 0 && endsWell(shell.pid);
 }
 

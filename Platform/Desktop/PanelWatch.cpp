@@ -10,13 +10,15 @@
 
 #include <xcb/xcb.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds AnswerLimit{500};
 constexpr std::chrono::milliseconds PatientLimit{5000}; ///< where nobody waits for the answer
 
-const QString WatcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
-const QString WatcherPath = QStringLiteral("/StatusNotifierWatcher");
+const QString WatcherName = u"org.kde.StatusNotifierWatcher"_s;
+const QString WatcherPath = u"/StatusNotifierWatcher"_s;
 
 template<typename Reply>
 using Owned = std::unique_ptr<Reply, decltype([](Reply *reply) { std::free(reply); })>;
@@ -45,7 +47,7 @@ public:
     [[nodiscard]] bool isThere() const
     {
         if (!m_connection)
-            return !QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"));
+            return !QGuiApplication::platformName().startsWith("wayland"_L1);
         const Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
             m_connection, xcb_get_selection_owner(m_connection, m_selection), nullptr));
         return owner && owner->owner != XCB_WINDOW_NONE;
@@ -94,9 +96,9 @@ void PanelWatch::connectToBus()
     const auto connection = m_bus.connection();
     if (!connection)
         return;
-    connection->subscribe({.path = QStringLiteral("/org/freedesktop/DBus"),
-                           .interface = QStringLiteral("org.freedesktop.DBus"),
-                           .name = QStringLiteral("NameOwnerChanged"),
+    connection->subscribe({.path = u"/org/freedesktop/DBus"_s,
+                           .interface = u"org.freedesktop.DBus"_s,
+                           .name = u"NameOwnerChanged"_s,
                            .firstArguments = {WatcherName},
                            .signature = {}},
                           this, SLOT(ask()));
@@ -120,9 +122,9 @@ void PanelWatch::ask()
         Q_EMIT changed();
         return;
     }
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        WatcherName, WatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    question.setArguments({WatcherName, QStringLiteral("IsStatusNotifierHostRegistered")});
+    QDBusMessage question = QDBusMessage::createMethodCall(WatcherName, WatcherPath,
+                                                           u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    question.setArguments({WatcherName, u"IsStatusNotifierHostRegistered"_s});
     question.setAutoStartService(false);
     const auto limit = m_watcher == Watcher::Silent ? PatientLimit : AnswerLimit;
     m_question = connection->bus().asyncCall(question, static_cast<int>(limit.count()));

@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace
@@ -62,12 +64,12 @@ void RunningInstance::complain(const Notice &notice)
     const auto bus = busThatAnswers();
     if (!bus)
         return;
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
-        QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(u"org.freedesktop.Notifications"_s, u"/org/freedesktop/Notifications"_s,
+                                       u"org.freedesktop.Notifications"_s, u"Notify"_s);
     call.setAutoStartService(false);
-    const QVariantMap hints{{QStringLiteral("desktop-entry"), notice.identifier},
-                            {QStringLiteral("urgency"), QVariant::fromValue(uchar(Urgent))}};
+    const QVariantMap hints{{u"desktop-entry"_s, notice.identifier},
+                            {u"urgency"_s, QVariant::fromValue(uchar(Urgent))}};
     call.setArguments({notice.applicationName, 0U, notice.iconFile, notice.applicationName,
                        notice.text.toHtmlEscaped(), QStringList(), hints, -1});
     if (bus->bus().send(call))

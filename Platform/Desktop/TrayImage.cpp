@@ -8,6 +8,8 @@
 #include <cmath>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 class SvgImageEngine : public QIconEngine
@@ -58,7 +60,7 @@ private:
 
 QIcon trayImage(const QString &path)
 {
-    if (!path.endsWith(QLatin1String(".svg"))) {
+    if (!path.endsWith(".svg"_L1)) {
         const QPixmap pixmap(path);
         return pixmap.isNull() ? QIcon() : QIcon(pixmap);
     }

@@ -10,6 +10,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 using Host = PanelWatch::Host;
 
 TrayRules::Step TrayRules::nextStep(Host made, Host standing, bool mayHaveWatcher)
@@ -104,7 +106,7 @@ QIcon TrayStatusItem::load(const QString &name) const
 {
     if (name.isEmpty())
         return {};
-    for (const QLatin1String suffix : {QLatin1String(".svg"), QLatin1String(".png")}) {
+    for (const QLatin1StringView suffix : {".svg"_L1, ".png"_L1}) {
         const QString path = m_imageFolder + u'/' + name + suffix;
         if (QFileInfo::exists(path))
             return trayImage(path);

@@ -10,6 +10,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 struct Row {
@@ -48,7 +50,7 @@ std::optional<double> scale(QStringView name)
 
 QString sheetFile()
 {
-    QFile file(Bundle::main().resource(QStringLiteral("windows.qss")));
+    QFile file(Bundle::main().resource(u"windows.qss"_s));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 } // namespace
@@ -82,7 +84,7 @@ QPalette WindowLook::palette(bool dark)
 
 QString WindowLook::filledIn(const QString &sheet, bool dark, double fontPoints)
 {
-    static const QRegularExpression place(QStringLiteral("@([A-Za-z]+)"));
+    static const QRegularExpression place(u"@([A-Za-z]+)"_s);
     QString filled;
     qsizetype done = 0;
     for (auto found = place.globalMatch(sheet); found.hasNext();) {
@@ -93,7 +95,7 @@ QString WindowLook::filledIn(const QString &sheet, bool dark, double fontPoints)
         if (const QColor known = colour(name, dark); known.isValid())
             filled += known.name();
         else if (const auto factor = scale(name))
-            filled += QString::number(fontPoints * *factor, 'f', 1) + QStringLiteral("pt");
+            filled += QString::number(fontPoints * *factor, 'f', 1) + u"pt"_s;
         else
             filled += match.captured();
     }

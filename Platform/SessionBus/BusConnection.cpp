@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <atomic>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds NameLimit{3000};
@@ -35,7 +37,7 @@ std::shared_ptr<BusConnection> BusConnection::openAnswering()
     const auto address = BusAddress::current();
     if (!address)
         return nullptr;
-    const QString label = QStringLiteral("corvane-bus-%1").arg(++opened);
+    const QString label = u"corvane-bus-%1"_s.arg(++opened);
     const std::shared_ptr<BusConnection> made(
         new BusConnection(label, QDBusConnection::connectToBus(*address, label)));
     return made->isOpen() ? made : nullptr;
@@ -107,8 +109,8 @@ void BusConnection::disconnect(const Subscription &subscription)
 
 BusConnection::Claim BusConnection::claimName(const QString &name)
 {
-    const QDBusMessage reply = m_bus->call(busMethod(QStringLiteral("RequestName"), {name, DoNotQueue}),
-                                           QDBus::Block, static_cast<int>(NameLimit.count()));
+    const QDBusMessage reply = m_bus->call(busMethod(u"RequestName"_s, {name, DoNotQueue}), QDBus::Block,
+                                           static_cast<int>(NameLimit.count()));
     const uint answer = reply.arguments().value(0).toUInt();
     if (reply.type() == QDBusMessage::ReplyMessage && (answer == PrimaryOwner || answer == AlreadyOwner))
         return Claim::Granted;
@@ -120,8 +122,7 @@ BusConnection::Claim BusConnection::claimName(const QString &name)
 void BusConnection::releaseName(const QString &name)
 {
     if (!Ending::hasBegun()) // the bus takes the name back with the connection
-        m_bus->call(busMethod(QStringLiteral("ReleaseName"), {name}), QDBus::Block,
-                    static_cast<int>(ReleaseLimit.count()));
+        m_bus->call(busMethod(u"ReleaseName"_s, {name}), QDBus::Block, static_cast<int>(ReleaseLimit.count()));
 }
 
 void BusConnection::flush(std::chrono::milliseconds limit)
@@ -129,26 +130,25 @@ void BusConnection::flush(std::chrono::milliseconds limit)
     if (Ending::hasBegun())
         return;
     // A connection keeps its order, so an answer means that what went before has arrived.
-    m_bus->call(busMethod(QStringLiteral("GetId"), {}), QDBus::Block, static_cast<int>(limit.count()));
+    m_bus->call(busMethod(u"GetId"_s, {}), QDBus::Block, static_cast<int>(limit.count()));
 }
 
 QDBusMessage BusConnection::busMethod(const QString &member, const QVariantList &arguments)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                                          QStringLiteral("/org/freedesktop/DBus"),
-                                                          QStringLiteral("org.freedesktop.DBus"), member);
+    QDBusMessage message = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                                          u"org.freedesktop.DBus"_s, member);
     message.setArguments(arguments);
     return message;
 }
 
 QDBusMessage questionForUser(const QString &peer)
 {
-    return BusConnection::busMethod(QStringLiteral("GetConnectionUnixUser"), {peer});
+    return BusConnection::busMethod(u"GetConnectionUnixUser"_s, {peer});
 }
 
 std::optional<uid_t> userInAnswer(const QDBusMessage &answer)
 {
-    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != QLatin1StringView("u"))
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != "u"_L1)
         return std::nullopt;
     return answer.arguments().constFirst().toUInt();
 }

@@ -5,6 +5,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 /// The way back from the asking thread to a link that may be gone by then.
 class BusLink::Home
 {
@@ -79,9 +81,9 @@ void BusLink::takeAnswer(bool answers)
 void BusLink::connectTo(std::shared_ptr<BusConnection> made)
 {
     // The library tells of the end of a connection as if it were a signal from the bus.
-    const bool watched = made && made->subscribe({.path = QStringLiteral("/org/freedesktop/DBus/Local"),
-                                                  .interface = QStringLiteral("org.freedesktop.DBus.Local"),
-                                                  .name = QStringLiteral("Disconnected"),
+    const bool watched = made && made->subscribe({.path = u"/org/freedesktop/DBus/Local"_s,
+                                                  .interface = u"org.freedesktop.DBus.Local"_s,
+                                                  .name = u"Disconnected"_s,
                                                   .firstArguments = {},
                                                   .signature = {}},
                                                  this, SLOT(busLost()));

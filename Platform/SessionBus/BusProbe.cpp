@@ -19,6 +19,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace
@@ -160,7 +162,7 @@ struct SocketPlace {
 };
 std::optional<SocketPlace> placeOf(const QString &address)
 {
-    if (!address.startsWith(QLatin1StringView("unix:")))
+    if (!address.startsWith("unix:"_L1))
         return std::nullopt;
     for (const QString &entry : address.sliced(5).split(u',')) {
         const QString key = entry.section(u'=', 0, 0);

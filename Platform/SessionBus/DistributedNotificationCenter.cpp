@@ -6,14 +6,16 @@
 #include <map>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds FlushLimit{250};
 
-const QString Path = QStringLiteral("/com/halvernet/Corvane/DistributedNotifications");
-const QString Interface = QStringLiteral("com.halvernet.Corvane.DistributedNotifications");
-const QString Signal = QStringLiteral("Posted");
-const QString Signature = QStringLiteral("ssa{sv}");
+const QString Path = u"/com/halvernet/Corvane/DistributedNotifications"_s;
+const QString Interface = u"com.halvernet.Corvane.DistributedNotifications"_s;
+const QString Signal = u"Posted"_s;
+const QString Signature = u"ssa{sv}"_s;
 
 BusConnection::Signal postsOf(const QString &name)
 {

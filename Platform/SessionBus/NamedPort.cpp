@@ -14,14 +14,16 @@
 #include <system_error>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr std::chrono::milliseconds UserAnswerLimit{3000};
 
 /// The first line of a refusal names no caller and no content.
-const QString WrongUser = QStringLiteral("calls of another user are not taken");
-const QString WrongShape = QStringLiteral("one array is expected");
-const QString Closed = QStringLiteral("the port is closed");
+const QString WrongUser = u"calls of another user are not taken"_s;
+const QString WrongShape = u"one array is expected"_s;
+const QString Closed = u"the port is closed"_s;
 } // namespace
 
 // ---- What the threads share
@@ -110,9 +112,8 @@ private:
 
 QString NamedPort::Exported::introspect(const QString &) const
 {
-    return QStringLiteral("<interface name=\"%1\"><method name=\"%2\"><arg type=\"%3\" direction=\"in\"/>"
-                          "</method></interface>")
-        .arg(PortName::Interface, PortName::Method, PortName::Signature);
+    return u"<interface name=\"%1\"><method name=\"%2\"><arg type=\"%3\" direction=\"in\"/>"
+           "</method></interface>"_s.arg(PortName::Interface, PortName::Method, PortName::Signature);
 }
 
 bool NamedPort::Exported::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
@@ -196,8 +197,8 @@ NamedPort::State::Attached NamedPort::State::attach(const std::shared_ptr<BusCon
     const BusConnection::Claim claim = connection->claimName(busName);
     if (claim == BusConnection::Claim::Taken || claim == BusConnection::Claim::NoAnswer) {
         connection->bus().unregisterObject(PortName::ObjectPath);
-        traceOnce(claim == BusConnection::Claim::Taken ? QStringLiteral("another process has the name")
-                                                       : QStringLiteral("the session bus does not answer"));
+        traceOnce(claim == BusConnection::Claim::Taken ? u"another process has the name"_s
+                                                       : u"the session bus does not answer"_s);
         return isClosed() ? Attached::Closed : Attached::NotYet;
     }
     m_traced.clear();

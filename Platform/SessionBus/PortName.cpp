@@ -1,5 +1,7 @@
 #include "Platform/SessionBus/PortName.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr qsizetype MaxBusName = 255; // as the D-Bus specification limits names
@@ -16,10 +18,10 @@ bool isDigit(char byte)
 
 namespace PortName
 {
-const QString ObjectPath = QStringLiteral("/port");
-const QString Interface = QStringLiteral("com.halvernet.Corvane.MessageSendingProtocol");
-const QString Method = QStringLiteral("didReceiveDataFromOtherProcess");
-const QString Signature = QStringLiteral("av");
+const QString ObjectPath = u"/port"_s;
+const QString Interface = u"com.halvernet.Corvane.MessageSendingProtocol"_s;
+const QString Method = u"didReceiveDataFromOtherProcess"_s;
+const QString Signature = u"av"_s;
 
 QString busName(const QString &port)
 {

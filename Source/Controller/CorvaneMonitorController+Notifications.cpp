@@ -32,7 +32,7 @@ void CorvaneMonitorController::registerObservers()
     const auto notYet = [](Later::Operation operation) -> Handler {
         return [operation](const QString &, const QVariantMap &) { later(operation); };
     };
-    const auto key = [](const char *name) { return pathValue(QLatin1String(name)); };
+    const auto key = [](const char *name) { return pathValue(QLatin1StringView(name)); };
 
     observe(u"AppleInterfaceThemeChangedNotification"_s, [this](const QString &, const QVariantMap &) {
         darkModeChanged();

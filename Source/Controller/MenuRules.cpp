@@ -4,6 +4,8 @@
 #include "Extensions/TextFormat.h"
 #include "Utility/Language/CVAppLocalization.h"
 
+using namespace Qt::StringLiterals;
+
 namespace MenuRules
 {
 namespace Texts = MonitorControllerVC;
@@ -89,8 +91,7 @@ void setSyncStatusLine(MenuItemChange &item, const std::optional<QString> &statu
     const QString line = statusLine.value_or(QString()).section(u'\n', 0, 0);
     item.hidden = line.isEmpty() || line == Texts::allFilesUpToDateTooltip || line == Texts::pausedTooltip;
     if (!*item.hidden)
-        item.title =
-            line.size() > LongestStatusLine ? line.left(LongestStatusLine) + QStringLiteral("...") : line;
+        item.title = line.size() > LongestStatusLine ? line.left(LongestStatusLine) + u"..."_s : line;
 }
 
 void setPauseItem(MenuState &menu, const MenuInputs &in)
@@ -105,7 +106,7 @@ void setPauseItem(MenuState &menu, const MenuInputs &in)
 
 QString webAccessTitle(const RemoteManagement &remote)
 {
-    const bool switchedOff = remote.word == QStringLiteral("0") || (remote.hasUser && remote.mobileOnly);
+    const bool switchedOff = remote.word == u"0"_s || (remote.hasUser && remote.mobileOnly);
     return switchedOff ? Texts::enableWebAccess : Texts::disableWebAccess;
 }
 } // namespace
@@ -145,7 +146,7 @@ void setMenuItems(MenuState &menu, bool thinClient, bool followsPolling)
 
 void setProtectionTick(MenuState &menu, const std::optional<QString> &protectionWord)
 {
-    menu[MenuItem::Protection].ticked = protectionWord == QStringLiteral("1");
+    menu[MenuItem::Protection].ticked = protectionWord == u"1"_s;
 }
 
 MenuState protectionAfterSettings(bool listPresent, const std::optional<QString> &protectionWord)
@@ -172,7 +173,7 @@ void setProtection(MenuState &menu, const MenuInputs &in)
 std::optional<bool> setAccountItems(MenuState &menu, const std::optional<QString> &accountType,
                                     bool partnerPlan)
 {
-    const bool isSubAccount = accountType == QStringLiteral("true");
+    const bool isSubAccount = accountType == u"true"_s;
     const bool maySeeUpgrade = !isSubAccount && !partnerPlan;
     menu[MenuItem::Upgrade].hidden = !maySeeUpgrade;
     menu[MenuItem::UpgradeSeparator].hidden = !maySeeUpgrade;
@@ -246,7 +247,7 @@ MenuRefresh atStart(const MenuInputs &in)
     menu[MenuItem::Separator1].hidden = true;
     menu[MenuItem::UserLine].hidden = true;
     enableProgress(menu, false);
-    if (in.dedup == QStringLiteral("off")) {
+    if (in.dedup == u"off"_s) {
         setText(menu, MenuItem::RemoteManagement, Texts::disableWebAccess);
     } else {
         menu[MenuItem::Separator6].hidden = true;

@@ -18,6 +18,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace
@@ -54,11 +56,11 @@ std::optional<int> ProcessLife::yieldToFirst(SingleInstance &place, const QStrin
     if (Ending::hasBegun())
         return 0;
     LanguageManager::shared().setInitialAppLanguage(SystemLanguageHelper::getSystemPrimaryLanguageCode());
-    const QString name = pathValue(QLatin1String("ApplicationFullName"));
+    const QString name = pathValue("ApplicationFullName"_L1);
     RunningInstance::complain({
         .applicationName = name,
         .identifier = identifier,
-        .iconFile = Bundle::main().resource(QStringLiteral("images/corvane.svg")),
+        .iconFile = Bundle::main().resource(u"images/corvane.svg"_s),
         .text = formatted(MonitorControllerVC::runsButDoesNotAnswer, {name}),
     });
     return 1;
@@ -82,9 +84,9 @@ void ProcessLife::startAnew(const char *reason)
         });
         return;
     }
-    QNLogger::logMonitorTrace(QStringLiteral("The monitor starts anew: ") + QLatin1String(reason));
+    QNLogger::logMonitorTrace(u"The monitor starts anew: "_s + QLatin1StringView(reason));
     if (const auto error = relaunch())
-        QNLogger::logMonitorTrace(QStringLiteral("posix_spawn failed: ") + *error);
+        QNLogger::logMonitorTrace(u"posix_spawn failed: "_s + *error);
     else
         Ending::begin();
 }

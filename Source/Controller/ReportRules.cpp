@@ -2,6 +2,8 @@
 
 #include "Platform/PropertyList.h"
 
+using namespace Qt::StringLiterals;
+
 namespace ReportRules
 {
 Route route(const std::optional<QString> &userName, std::optional<qint64> operationStartType)
@@ -33,7 +35,7 @@ ProgressToShow progressToShow(const QVariantMap &currentJobs, const QString &sig
     ProgressToShow shown;
     for (auto account = currentJobs.cbegin(); account != currentJobs.cend(); ++account) {
         for (const QVariant &job : account->toList()) {
-            if (PropertyList::intValue(job.toMap(), QStringLiteral("operationStartType")) == 1)
+            if (PropertyList::intValue(job.toMap(), u"operationStartType"_s) == 1)
                 shown.inWindow = true;
             else if (account.key() == signedInUser)
                 shown.inMainApplication = true;

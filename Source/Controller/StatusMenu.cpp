@@ -8,6 +8,8 @@
 #include <span>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr const char *TagProperty = "tag";
@@ -210,7 +212,7 @@ QString StatusMenu::actionText(const QString &text) const
 
 QString StatusMenu::textInWindow(QString text)
 {
-    return text.replace(u'&', QStringLiteral("&&"));
+    return text.replace(u'&', u"&&"_s);
 }
 
 QString StatusMenu::textOnBus(QString text)
@@ -219,7 +221,7 @@ QString StatusMenu::textOnBus(QString text)
     if (text.contains(u'_')) {
         // A panel that finds a marked key in a title swallows the doubled underscores in it.
         text.replace(u'&', WideAmpersand);
-        return text.replace(u'_', QStringLiteral("__"));
+        return text.replace(u'_', u"__"_s);
     }
     // On its way to the bus the first ampersand becomes the mark of a key, which here marks the next one; any
     // later ampersand passes as it is.

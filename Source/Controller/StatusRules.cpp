@@ -7,6 +7,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace StatusRules
 {
 using namespace MonitorControllerVC;
@@ -34,8 +36,8 @@ bool isQuotaAtLimit(const QVariantMap &quotaDetails)
 {
     constexpr double Mebibyte = 1024.0 * 1024.0;
     constexpr double SmallestFreeSpace = 10;
-    const QVariant total = quotaDetails.value(QStringLiteral("TOTALQUOTASIZE"));
-    const QVariant used = quotaDetails.value(QStringLiteral("USEDQUOTASIZE"));
+    const QVariant total = quotaDetails.value(u"TOTALQUOTASIZE"_s);
+    const QVariant used = quotaDetails.value(u"USEDQUOTASIZE"_s);
     if (!total.isValid() || !used.isValid())
         return false;
     return std::round((quotaFigure(total) - quotaFigure(used)) * Mebibyte) <= SmallestFreeSpace;
@@ -44,7 +46,7 @@ bool isQuotaAtLimit(const QVariantMap &quotaDetails)
 bool mayPromptUpgrade(bool atLimit, bool planNeverWarns, const std::optional<QString> &accountType,
                       bool isPartner)
 {
-    return atLimit && !planNeverWarns && accountType == QStringLiteral("false") && !isPartner;
+    return atLimit && !planNeverWarns && accountType == u"false"_s && !isPartner;
 }
 
 bool isRestingSyncLine(const QString &line)

@@ -9,6 +9,8 @@
 #include <array>
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr char16_t Arrow[] = u"\u279E";
@@ -43,8 +45,8 @@ QString text(const char16_t *units)
 QString traceText(const TraceInfo &info)
 {
     const QString arrow = u' ' + text(Arrow) + u' ';
-    return QStringLiteral("[Trace]") + arrow + QFileInfo(info.fileName).fileName() + arrow + info.functionName +
-           QStringLiteral(" #") + QString::number(info.lineNumber);
+    return u"[Trace]"_s + arrow + QFileInfo(info.fileName).fileName() + arrow + info.functionName + u" #"_s +
+           QString::number(info.lineNumber);
 }
 } // namespace
 
@@ -81,9 +83,9 @@ QString CVLogger::fullForm(const QString &id, const QString &details, LogType ty
 
     QString line;
     if (!title.isEmpty())
-        line += u'[' + title + QStringLiteral("] ");
+        line += u'[' + title + u"] "_s;
     if (!options.hideLogsTime)
-        line += u'[' + symbol(Watch) + time() + QStringLiteral("] ");
+        line += u'[' + symbol(Watch) + time() + u"] "_s;
     if (!id.isEmpty())
         line += u'[' + (symbol(IdBadge) + u' ' + id).trimmed() + u']';
     if (!details.isEmpty()) {
@@ -99,12 +101,11 @@ QString CVLogger::plainForm(const QString &id, const QString &details) const
     const QString arrow = m_emojis ? text(Arrow) : QString();
     QString line;
     if (!options.hideLogsTime)
-        line += u'[' + time() + QStringLiteral("] ");
+        line += u'[' + time() + u"] "_s;
     if (!id.isEmpty())
-        line += QStringLiteral(" ID ") + arrow + u' ' + id;
+        line += u" ID "_s + arrow + u' ' + id;
     if (!details.isEmpty())
-        line += QStringLiteral(" Details ") + arrow + u' ' +
-                (options.capitalizeDetails ? details.toUpper() : details);
+        line += u" Details "_s + arrow + u' ' + (options.capitalizeDetails ? details.toUpper() : details);
     return line;
 }
 
@@ -113,8 +114,8 @@ void CVLogger::enter(const QString &id, const QString &details, LogType type, co
     if (options.disable)
         return;
     if (options.printOnlyIfDebugMode) {
-        m_sink(QStringLiteral(
-            "Printer can't logs as RELEASE mode is active and you have set 'printOnlyIfDebugMode' to 'true'."));
+        m_sink(
+            u"Printer can't logs as RELEASE mode is active and you have set 'printOnlyIfDebugMode' to 'true'."_s);
         return;
     }
     const TraceInfo info{QString::fromUtf8(where.file_name()), QString::fromUtf8(where.function_name()),
@@ -140,7 +141,7 @@ void CVLogger::enter(const QString &id, const QString &details, LogType type, co
         return;
     if (options.keepTracking)
         m_arrayLogs.push_back(std::move(entry));
-    NotificationCenter::local().post(QLatin1String(LogAddedNotification));
+    NotificationCenter::local().post(QLatin1StringView(LogAddedNotification));
 }
 
 void CVLogger::show(const QString &id, const QString &details, LogType type, Where where)
@@ -158,8 +159,8 @@ void CVLogger::trace(Where where)
 {
     if (options.printOnlyIfDebugMode) {
         enter({},
-              QStringLiteral("Printer can't trace as RELEASE mode is active and you have set "
-                             "'printOnlyIfDebugMode' to 'true'."),
+              u"Printer can't trace as RELEASE mode is active and you have set "
+              "'printOnlyIfDebugMode' to 'true'."_s,
               LogType::plain, where, Origin::Logger);
         return;
     }
@@ -184,9 +185,8 @@ std::vector<PLog> CVLogger::getAllLogs(const std::set<LogType> &filterLogTypes) 
 void CVLogger::all(bool showTrace, const std::set<LogType> &filterLogTypes) const
 {
     if (m_arrayLogs.empty()) {
-        m_sink(QStringLiteral(
-            "No tracked logs. To track logs, you need to set 'keepTracking' to 'true' and 'disable' "
-            "is not set to 'true'."));
+        m_sink(u"No tracked logs. To track logs, you need to set 'keepTracking' to 'true' and 'disable' "
+               "is not set to 'true'."_s);
         return;
     }
     for (const PLog &entry : getAllLogs(filterLogTypes)) {

@@ -4,9 +4,11 @@
 #include "Source/Logger/TraceLine.h"
 #include "Utility/Paths/PathTable.h"
 
+using namespace Qt::StringLiterals;
+
 void InterfaceTraceBuffer::writeOut(bool flush)
 {
-    const QString path = standardizedPath(pathValue(QLatin1String("AppInterfaceTraceFilePath")));
+    const QString path = standardizedPath(pathValue("AppInterfaceTraceFilePath"_L1));
     if (!m_messages.isEmpty() && (flush || m_messages.size() >= LargestBuffer)) {
         if (m_file.append(path, m_messages))
             m_messages.clear();
@@ -32,7 +34,7 @@ void CVTraceFileLogger::logAppInterfaceTrace(const QString &message, bool flush)
     onQueue([&] {
         if (message.isEmpty())
             return;
-        append(TraceLine::timestamp() + QStringLiteral(" : ") + message + QStringLiteral(" \n"));
+        append(TraceLine::timestamp() + u" : "_s + message + u" \n"_s);
         writeOut(flush);
     });
 }
@@ -51,7 +53,7 @@ void QNBackupProgressLogger::logAppInterfaceTrace(const QString &message, bool f
 {
     onQueue([&] {
         if (!message.isEmpty()) {
-            const QString line = TraceLine::timestamp() + QStringLiteral(" : ") + message + u'\n';
+            const QString line = TraceLine::timestamp() + u" : "_s + message + u'\n';
             append(TraceLine::namingThisProduct(line));
         }
         writeOut(flush);

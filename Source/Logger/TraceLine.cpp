@@ -8,6 +8,8 @@
 #include <memory>
 #include <mutex>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// One formatter and the last text that it made. Making a formatter costs some 25 microseconds, using it 3.
@@ -53,9 +55,8 @@ QString TraceLine::timestamp()
 
 QString TraceLine::namingThisProduct(QString line)
 {
-    const QLatin1String word("::quillon");
+    const QLatin1StringView word("::quillon");
     if (line.contains(word, Qt::CaseInsensitive))
-        line.replace(word, QStringLiteral("::") + pathValue(QLatin1String("ApplicationName")).toLower(),
-                     Qt::CaseInsensitive);
+        line.replace(word, u"::"_s + pathValue("ApplicationName"_L1).toLower(), Qt::CaseInsensitive);
     return line;
 }

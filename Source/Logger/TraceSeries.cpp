@@ -1,5 +1,7 @@
 #include "Source/Logger/TraceSeries.h"
 
+using namespace Qt::StringLiterals;
+
 void TraceSeries::note(const QString &kind, const QString &detail)
 {
     const auto [series, isFirst] = m_series.try_emplace(kind);
@@ -26,7 +28,7 @@ void TraceSeries::end(const std::function<bool(const Series &)> &isOver)
             continue;
         }
         if (series.more > 0)
-            m_sink(kind + QStringLiteral(" (%1 more)").arg(series.more));
+            m_sink(kind + u" (%1 more)"_s.arg(series.more));
         entry = m_series.erase(entry);
     }
 }

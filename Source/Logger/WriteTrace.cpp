@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 WriteFailures &failures()
@@ -45,8 +47,8 @@ void WriteFailures::tellTheRest()
 {
     for (Failure &failure : m_failures) {
         if (!failure.isTold)
-            failure.isTold = m_tell(
-                QStringLiteral("The file %1 could not be written: %2").arg(failure.path, failure.reason));
+            failure.isTold =
+                m_tell(u"The file %1 could not be written: %2"_s.arg(failure.path, failure.reason));
     }
 }
 

@@ -36,7 +36,7 @@ protected:
     template<class Widget>
     static Widget *outlet(const char *name)
     {
-        return shown() ? shown()->findChild<Widget *>(QLatin1String(name)) : nullptr;
+        return shown() ? shown()->findChild<Widget *>(QLatin1StringView(name)) : nullptr;
     }
     static QPushButton *button(const char *name) { return outlet<QPushButton>(name); }
 

@@ -8,6 +8,8 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 using Origin = IpcMessage::Origin;
@@ -55,7 +57,7 @@ protected:
         auto message = QDBusMessage::createMethodCall(
             u"com.halvernet.Corvane.Port."_s + names.monitor, u"/port"_s,
             u"com.halvernet.Corvane.MessageSendingProtocol"_s, u"didReceiveDataFromOtherProcess"_s);
-        message << QVariant(QVariantList{text, QLatin1String(number), names.syncDaemon, names.monitor});
+        message << QVariant(QVariantList{text, QLatin1StringView(number), names.syncDaemon, names.monitor});
         EXPECT_EQ(daemon.connection().call(message).type(), QDBusMessage::ReplyMessage);
     }
 
@@ -116,7 +118,7 @@ TEST_F(SessionTest, WhatConcernsOthersIsAnnounced)
         {"reset from the web", {u"N1037"_s}, "accountResetFromWeb"},
     };
     forEachRow(rows, [&](const auto &row) {
-        EXPECT_TRUE(isAnnounced(QLatin1String(row.expected), [&] { receive(row.given); }));
+        EXPECT_TRUE(isAnnounced(QLatin1StringView(row.expected), [&] { receive(row.given); }));
     });
 }
 
@@ -150,7 +152,7 @@ TEST_F(DispatchTest, RowsAreReachedByNumberOrNameAndLeaveTheirTrace)
     home.writeList(home.path(u".local/share/Corvane/mona/InProcessState.plist"_s),
                    QVariantMap{{u"Notify"_s, u"1"_s}});
     const auto port = [](const QString &text, const char *number) {
-        return QVariantList{text, QLatin1String(number), u"SyncDM"_s, u"SyncMD"_s};
+        return QVariantList{text, QLatin1StringView(number), u"SyncDM"_s, u"SyncMD"_s};
     };
     const Row<QVariantList, QString> rows[] = {
         {"re-initialised", port(u"x"_s, "516"), u"Re-initialization completed"_s},

@@ -7,6 +7,8 @@
 #include <QJsonObject>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 class JobTest : public MonitorFixture
@@ -79,8 +81,8 @@ TEST_F(JobTest, ReportsAreToldFromTheStartOfAJobToItsEnd)
         report(row.type, row.user, row.kind);
         settle();
         EXPECT_EQ(item.toolTip(), row.tip);
-        EXPECT_EQ(item.imageName(), QLatin1String(row.icon));
-        EXPECT_EQ(switchText(), QLatin1String(row.switchText));
+        EXPECT_EQ(item.imageName(), QLatin1StringView(row.icon));
+        EXPECT_EQ(switchText(), QLatin1StringView(row.switchText));
         EXPECT_EQ(CVSingletonForBackup::shared().scheduleBackupRunning, row.status == 1);
     });
 }

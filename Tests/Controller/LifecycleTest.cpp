@@ -3,6 +3,8 @@
 #include "Utility/LoginItemRegistry.h"
 #include "Utility/QNUtility.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 class LifecycleTest : public MonitorFixture
@@ -13,9 +15,9 @@ protected:
 
     [[nodiscard]] static QString root(const char *name)
     {
-        return pathValue("ApplicationRootFolderPath"_L1, {}) + u'/' + QLatin1String(name);
+        return pathValue("ApplicationRootFolderPath"_L1, {}) + u'/' + QLatin1StringView(name);
     }
-    [[nodiscard]] bool traced(const char *text) const { return trace().contains(QLatin1String(text)); }
+    [[nodiscard]] bool traced(const char *text) const { return trace().contains(QLatin1StringView(text)); }
     void changeLanguage(const QString &word) { controller.loclaizationSetup({{u"language"_s, word}}); }
 
     const QStringList restart{u"relaunch"_s, u"quit"_s};
@@ -156,7 +158,7 @@ TEST_F(LifecycleTest, AnAccountThatIsNoFolderNameWritesNothingAnywhere)
         if (row.given == u"otto")
             setSync(row.given, true);
         controller.board().setStatusMenuToolTip(std::nullopt, u"Uploading"_s);
-        const QString place = QLatin1String(row.expected) + u"/syncStatusMessage.txt"_s;
+        const QString place = QLatin1StringView(row.expected) + u"/syncStatusMessage.txt"_s;
         EXPECT_EQ(QFileInfo::exists(home.path(place)), row.given == u"otto");
         EXPECT_FALSE(traced("could not be written")) << "it is no failure";
     });

@@ -26,7 +26,7 @@ inline const QString User = u"mona"_s;
 
 inline QString path(const char *key)
 {
-    return pathValue(QLatin1String(key), {User});
+    return pathValue(QLatin1StringView(key), {User});
 }
 
 /// A signed-in user with a job for tomorrow, a daemon that listens, and a monitor that has not started yet.
@@ -69,7 +69,7 @@ protected:
     void setSync(const QString &user, bool isOn, const char *pause = "0")
     {
         home.writeList(path("SyncStateFilePath"), QVariantMap{{user.toLower(), isOn}});
-        home.writeList(pathValue(QLatin1String("LoggedSyncDetailsUserPath"), {user}),
+        home.writeList(pathValue(QLatin1StringView("LoggedSyncDetailsUserPath"), {user}),
                        QVariantMap{{u"Pause"_s, QString::fromLatin1(pause)}, {u"Re-initialize"_s, u"0"_s}});
     }
 
@@ -129,7 +129,10 @@ protected:
 
     /// What the item shows: its image and its tool tip.
     [[nodiscard]] QString shown() const { return item.imageName() + u": "_s + item.toolTip(); }
-    [[nodiscard]] bool iconMoves() const { return item.imageName().startsWith(QLatin1String("sync_menubw")); }
+    [[nodiscard]] bool iconMoves() const
+    {
+        return item.imageName().startsWith(QLatin1StringView("sync_menubw"));
+    }
 
     void click(MenuItem menuItem)
     {
@@ -171,7 +174,7 @@ protected:
     {
         DesktopActions actions;
         const auto note = [this](const char *what, const QString &detail) {
-            done.append(QString(QLatin1String(what) + u' ' + detail).trimmed());
+            done.append(QString(QLatin1StringView(what) + u' ' + detail).trimmed());
         };
         actions.isDark = [this] { return dark; };
         actions.isDesktopDark = [this] { return desktopDark; };
@@ -195,7 +198,8 @@ protected:
 
     [[nodiscard]] QString trace() const
     {
-        return QString::fromUtf8(home.read(standardizedPath(pathValue(QLatin1String("MonitorTraceFilePath")))));
+        return QString::fromUtf8(
+            home.read(standardizedPath(pathValue(QLatin1StringView("MonitorTraceFilePath")))));
     }
     std::unique_ptr<TestPeer> peer;
     QByteArray ping;

@@ -4,6 +4,8 @@
 #include "Utility/Language/CVAppLocalization.h"
 #include "Utility/QNUtility.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// An account whose sync is on.
@@ -37,7 +39,8 @@ TEST_F(StatusTest, SyncLinesRestHoweverTheyCome)
     };
     start();
     for (const auto &[plain, id, text] : rows) {
-        EXPECT_EQ(text.text() == QLatin1String(plain), qEnvironmentVariableIsEmpty("CORVANE_TEST_LANGUAGE"));
+        EXPECT_EQ(text.text() == QLatin1StringView(plain),
+                  qEnvironmentVariableIsEmpty("CORVANE_TEST_LANGUAGE"));
         for (const char *line : {plain, id}) {
             SCOPED_TRACE(line);
             syncLine(u"Uploading"_s);

@@ -63,8 +63,7 @@ class GCDAsyncSocketTest : public testing::Test
 protected:
     std::unique_ptr<TestPeer> connectToPeer()
     {
-        EXPECT_TRUE(
-            socket->connectToHost(QStringLiteral("127.0.0.1"), peers.port(), SocketSeconds(5), nullptr));
+        EXPECT_TRUE(socket->connectToHost(u"127.0.0.1"_s, peers.port(), SocketSeconds(5), nullptr));
         return peers.accept();
     }
     /// A socket that nothing has happened to yet.

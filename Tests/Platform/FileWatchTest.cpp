@@ -27,7 +27,7 @@ protected:
     }
     bool move(const char *from, const char *to)
     {
-        return QDir().rename(home.path(QLatin1String(from)), home.path(QLatin1String(to)));
+        return QDir().rename(home.path(QLatin1StringView(from)), home.path(QLatin1StringView(to)));
     }
 
     TemporaryHome home;

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr char Head[] =
@@ -77,7 +79,7 @@ TEST(SocketOwner, ReadsTheOtherEndOfAConnectionInTheKernelsTables)
 TEST(SocketOwner, FindsSocketsOfOurOwn)
 {
     for (const QHostAddress &place : {QHostAddress(QHostAddress::LocalHost), QHostAddress(QHostAddress::Any),
-                                      QHostAddress(QStringLiteral("::ffff:127.0.0.1"))}) {
+                                      QHostAddress(u"::ffff:127.0.0.1"_s)}) {
         QTcpServer listener;
         if (!listener.listen(place) && place.protocol() == QAbstractSocket::IPv6Protocol)
             continue; // a machine without IPv6

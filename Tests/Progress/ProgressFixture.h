@@ -44,13 +44,13 @@ public:
     bool isTQL() const override { return false; }
     std::optional<QString> schedulerSettingsFile() const override
     {
-        return pathValue(QLatin1String("SchedulerSettingsFile"), {});
+        return pathValue(QLatin1StringView("SchedulerSettingsFile"), {});
     }
     QDateTime now() const override { return QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7)); }
 
     static QString switchWord()
     {
-        QFile file(pathValue(QLatin1String("SchedulerStatusInfoPath"), {}));
+        QFile file(pathValue(QLatin1StringView("SchedulerStatusInfoPath"), {}));
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     }
 
@@ -77,7 +77,7 @@ protected:
         home.writeList(pathOf("LastUserLoginDetailsFilePath"), record);
     }
 
-    static QString pathOf(const char *key) { return pathValue(QLatin1String(key), {u"mona"_s}); }
+    static QString pathOf(const char *key) { return pathValue(QLatin1StringView(key), {u"mona"_s}); }
 
     void setRunningJob(int backupType, const QString &username = u"mona: console"_s)
     {

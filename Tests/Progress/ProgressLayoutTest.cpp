@@ -10,6 +10,8 @@
 #include <QApplication>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// The language is chosen in a home of its own, before the first sentence is made.
@@ -19,8 +21,7 @@ public:
     void SetUp() override
     {
         m_home.emplace();
-        LanguageManager::shared().setCurrentLanguage(
-            qEnvironmentVariable("CORVANE_TEST_LANGUAGE", QStringLiteral("en")));
+        LanguageManager::shared().setCurrentLanguage(qEnvironmentVariable("CORVANE_TEST_LANGUAGE", u"en"_s));
     }
     void TearDown() override { m_home.reset(); }
 
@@ -63,7 +64,7 @@ TEST_F(ProgressLayout, NothingIsClippedAndNothingMoves)
                 size = view.size();
             EXPECT_EQ(view.size(), size);
             for (const ElidedLabel *label : view.findChildren<ElidedLabel *>()) {
-                if (label->isVisible() && label->objectName() != QLatin1String("scFilePath")) {
+                if (label->isVisible() && label->objectName() != "scFilePath"_L1) {
                     EXPECT_EQ(label->shownText(), label->text());
                     EXPECT_LE(label->sizeHint().height(), label->height()) << label->objectName().toStdString();
                 }

@@ -27,7 +27,7 @@ protected:
     }
 
     TemporaryHome m_home;
-    QString m_path = pathValue(QLatin1String("DeamonPreferencePath"), {});
+    QString m_path = pathValue("DeamonPreferencePath"_L1, {});
 };
 } // namespace
 

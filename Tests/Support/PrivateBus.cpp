@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr int StartLimit = 30'000; // milliseconds
@@ -17,8 +19,7 @@ QByteArray configuration(const QString &address)
 } // namespace
 
 PrivateBus::PrivateBus(const QString &folder, Begin begin)
-    : m_address(QStringLiteral("unix:path=%1/bus").arg(folder)),
-      m_configuration(folder + QStringLiteral("/bus.conf")),
+    : m_address(u"unix:path=%1/bus"_s.arg(folder)), m_configuration(folder + u"/bus.conf"_s),
       m_addressBefore(qgetenv("DBUS_SESSION_BUS_ADDRESS")),
       m_hadAddress(qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"))
 {
@@ -40,10 +41,8 @@ PrivateBus::~PrivateBus()
 
 void PrivateBus::start()
 {
-    ASSERT_TRUE(m_daemon.start(QStringLiteral("dbus-daemon"),
-                               {QStringLiteral("--config-file=") + m_configuration, QStringLiteral("--nofork"),
-                                QStringLiteral("--nopidfile"), QStringLiteral("--nosyslog"),
-                                QStringLiteral("--print-address")}));
+    ASSERT_TRUE(m_daemon.start(u"dbus-daemon"_s, {u"--config-file="_s + m_configuration, u"--nofork"_s,
+                                                  u"--nopidfile"_s, u"--nosyslog"_s, u"--print-address"_s}));
     ASSERT_FALSE(m_daemon.read(StartLimit).isEmpty()) << "the bus prints its address when it listens";
 }
 
@@ -56,7 +55,7 @@ void PrivateBus::stop()
 BusClient::BusClient(const PrivateBus &bus)
 {
     static int made = 0;
-    m_label = QStringLiteral("test-client-%1").arg(++made);
+    m_label = u"test-client-%1"_s.arg(++made);
     EXPECT_TRUE(QDBusConnection::connectToBus(bus.address(), m_label).isConnected());
 }
 

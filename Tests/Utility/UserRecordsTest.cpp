@@ -17,7 +17,7 @@ const QString User = u"mona"_s;
 
 QString path(const char *key)
 {
-    return pathValue(QLatin1String(key), {User});
+    return pathValue(QLatin1StringView(key), {User});
 }
 
 QVariantMap job(const QVariant &startType, const QVariant &type)

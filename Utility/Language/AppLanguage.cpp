@@ -8,12 +8,14 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 const std::vector<AppLanguage> &AppLanguage::supported()
 {
     static const std::vector<AppLanguage> rows{
-        {QStringLiteral("en"), QStringLiteral("en"), QStringLiteral("English")},
-        {QStringLiteral("es"), QStringLiteral("es"), QStringLiteral("Spanish")},
-        {QStringLiteral("ja"), QStringLiteral("ja"), QStringLiteral("Japanese")},
+        {u"en"_s, u"en"_s, u"English"_s},
+        {u"es"_s, u"es"_s, u"Spanish"_s},
+        {u"ja"_s, u"ja"_s, u"Japanese"_s},
     };
     return rows;
 }
@@ -34,23 +36,21 @@ std::optional<AppLanguage> AppLanguage::byID(const QString &id)
 
 void AppLanguage::setSelected(const AppLanguage &language, UserDefaults &defaults)
 {
-    const QByteArray encoded =
-        QJsonDocument(QJsonObject{{QStringLiteral("id"), language.id},
-                                  {QStringLiteral("localeIdentifier"), language.localeIdentifier},
-                                  {QStringLiteral("englishName"), language.englishName}})
-            .toJson(QJsonDocument::Compact);
+    const QByteArray encoded = QJsonDocument(QJsonObject{{u"id"_s, language.id},
+                                                         {u"localeIdentifier"_s, language.localeIdentifier},
+                                                         {u"englishName"_s, language.englishName}})
+                                   .toJson(QJsonDocument::Compact);
     const QJsonObject decoded = QJsonDocument::fromJson(encoded).object();
-    const AppLanguage stored{decoded[QLatin1String("id")].toString(),
-                             decoded[QLatin1String("localeIdentifier")].toString(),
-                             decoded[QLatin1String("englishName")].toString()};
+    const AppLanguage stored{decoded["id"_L1].toString(), decoded["localeIdentifier"_L1].toString(),
+                             decoded["englishName"_L1].toString()};
     if (stored == language)
-        defaults.setValue(QStringLiteral("AppleLanguages"), QVariantList{stored.id});
+        defaults.setValue(u"AppleLanguages"_s, QVariantList{stored.id});
 }
 
 QString SystemLanguageHelper::getSystemPrimaryLanguage()
 {
     const QStringList languages = GlobalDomain(QNUtility::globalPreferencesPath()).languages();
-    return languages.isEmpty() ? QStringLiteral("en") : languages.first();
+    return languages.isEmpty() ? u"en"_s : languages.first();
 }
 
 QString SystemLanguageHelper::getSystemPrimaryLanguageCode()
@@ -61,5 +61,5 @@ QString SystemLanguageHelper::getSystemPrimaryLanguageCode()
 QString SystemLanguageHelper::languageCode(const QString &tag)
 {
     const QString code = tag.section(u'-', 0, 0);
-    return code.isEmpty() ? QStringLiteral("en") : code;
+    return code.isEmpty() ? u"en"_s : code;
 }

@@ -5,6 +5,8 @@
 #include "Utility/Language/LocalizedBundle.h"
 #include "Utility/QNUtility.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// The first element of a language list, none unless it is a list that begins with a text.
@@ -19,15 +21,14 @@ std::optional<QString> firstLanguage(const QVariant &value)
 QString initialLanguage(const std::optional<QVariantMap> &stored, const QString &systemLanguageCode)
 {
     const auto supportedOrEnglish = [](const QString &language) {
-        return AppLanguage::byID(language) ? language : QStringLiteral("en");
+        return AppLanguage::byID(language) ? language : u"en"_s;
     };
     const QVariantMap dictionary = stored.value_or(QVariantMap());
-    const bool hasLanguages = dictionary.contains(QStringLiteral("AppleLanguages"));
-    if (!hasLanguages && !dictionary.contains(QStringLiteral("logsFrom")))
+    const bool hasLanguages = dictionary.contains(u"AppleLanguages"_s);
+    if (!hasLanguages && !dictionary.contains(u"logsFrom"_s))
         return supportedOrEnglish(systemLanguageCode);
     // An installation that ran before languages could be chosen spoke English.
-    return supportedOrEnglish(
-        firstLanguage(dictionary.value(QStringLiteral("AppleLanguages"))).value_or(QString()));
+    return supportedOrEnglish(firstLanguage(dictionary.value(u"AppleLanguages"_s)).value_or(QString()));
 }
 
 LanguageManager::LanguageManager(const Bundle &bundle, UserDefaults &defaults)
@@ -149,7 +150,7 @@ QString LanguageManager::localizedString(const QString &key) const
 {
     const QString language = currentLanguage();
     if (language != fallbackLanguage) {
-        const auto strings = table(language, QStringLiteral("Localizable"));
+        const auto strings = table(language, u"Localizable"_s);
         const auto text = strings ? strings->text(key) : std::nullopt;
         if (text && *text != key)
             return *text;
@@ -174,7 +175,7 @@ std::optional<QString> languageOfSentence(const QString &text, const QString &ke
     if (text.isEmpty() || key.isEmpty())
         return std::nullopt;
     for (const AppLanguage &language : AppLanguage::supported()) {
-        if (text.contains(LanguageManager::shared().localized(key, language.id, QStringLiteral("Localizable"))))
+        if (text.contains(LanguageManager::shared().localized(key, language.id, u"Localizable"_s)))
             return language.id;
     }
     return std::nullopt;

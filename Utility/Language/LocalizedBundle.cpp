@@ -1,5 +1,7 @@
 #include "Utility/Language/LocalizedBundle.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 std::optional<StringTable> tableOf(const Bundle &bundle, const QString &language)
@@ -9,8 +11,7 @@ std::optional<StringTable> tableOf(const Bundle &bundle, const QString &language
 }
 } // namespace
 
-LocalizedBundle::LocalizedBundle(const Bundle &bundle)
-    : m_bundle(bundle), m_default(tableOf(bundle, QStringLiteral("en")))
+LocalizedBundle::LocalizedBundle(const Bundle &bundle) : m_bundle(bundle), m_default(tableOf(bundle, u"en"_s))
 {
 }
 

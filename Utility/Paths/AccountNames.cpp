@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 bool AccountNames::isPathComponent(const QString &name)
 {
     const auto breaksPaths = [](QChar c) { return c == u'/' || c.category() == QChar::Other_Control; };
@@ -19,14 +21,14 @@ QSet<QString> AccountNames::ownNames(const QHash<QString, QString> &table)
                         SilentInstallFile,   LaunchHelper,
                         LogsArchive,         ViewLogs,
                         ViewScheduledJobs,   RemoteInstall,
-                        UpdateDate,          table.value(QStringLiteral("ApplicationName"))};
-    const QString root = standardizedPath(table.value(QStringLiteral("ApplicationRootFolderPath"))) + u'/';
+                        UpdateDate,          table.value(u"ApplicationName"_s)};
+    const QString root = standardizedPath(table.value(u"ApplicationRootFolderPath"_s)) + u'/';
     for (QString value : table) {
-        if (value.startsWith(QLatin1String("%@/"))) // a home directory
+        if (value.startsWith("%@/"_L1)) // a home directory
             value.replace(0, 2, u'~');
         const QString path = standardizedPath(value);
         const QString name = path.startsWith(root) ? path.sliced(root.size()).section(u'/', 0, 0) : QString();
-        if (!name.isEmpty() && !name.contains(QLatin1String("%@")))
+        if (!name.isEmpty() && !name.contains("%@"_L1))
             names.insert(name);
     }
     return names;

@@ -10,15 +10,15 @@ namespace AccountNames
 {
 /// @name Files directly in the root folder that the path table does not name
 /// @{
-inline constexpr QLatin1String AutoLaunchCheckFile("autoLaunchCheckfile.txt");
-inline constexpr QLatin1String UpdateCheckFile("checkfile.plist");
-inline constexpr QLatin1String SilentInstallFile("silentInstall.txt");
-inline constexpr QLatin1String LaunchHelper("launchApp");
-inline constexpr QLatin1String LogsArchive("Logs.zip");
-inline constexpr QLatin1String ViewLogs("viewLogs");
-inline constexpr QLatin1String ViewScheduledJobs("viewManageScheduleJobs");
-inline constexpr QLatin1String RemoteInstall("remoteInstall");
-inline constexpr QLatin1String UpdateDate("updatedate.xml");
+inline constexpr QLatin1StringView AutoLaunchCheckFile("autoLaunchCheckfile.txt");
+inline constexpr QLatin1StringView UpdateCheckFile("checkfile.plist");
+inline constexpr QLatin1StringView SilentInstallFile("silentInstall.txt");
+inline constexpr QLatin1StringView LaunchHelper("launchApp");
+inline constexpr QLatin1StringView LogsArchive("Logs.zip");
+inline constexpr QLatin1StringView ViewLogs("viewLogs");
+inline constexpr QLatin1StringView ViewScheduledJobs("viewManageScheduleJobs");
+inline constexpr QLatin1StringView RemoteInstall("remoteInstall");
+inline constexpr QLatin1StringView UpdateDate("updatedate.xml");
 /// @}
 
 inline constexpr qsizetype LongestBytes = 255; ///< of one component, as the file systems have it

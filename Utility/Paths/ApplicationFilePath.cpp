@@ -6,6 +6,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 enum class Form {
@@ -59,7 +61,7 @@ std::optional<QString> ApplicationFilePath::path() const
     if (m_number < 0 || m_number >= CaseCount)
         return std::nullopt;
     const KnownFile &file = KnownFiles[static_cast<std::size_t>(m_number)];
-    const QString value = pathValue(QLatin1String(file.key));
+    const QString value = pathValue(QLatin1StringView(file.key));
     switch (file.form) {
     case Form::AsStored:
         return value;
@@ -67,7 +69,7 @@ std::optional<QString> ApplicationFilePath::path() const
     case Form::FileUrl:
         return standardizedPath(value);
     case Form::KeepsLastSlot:
-        return formatted(value, {QStringLiteral("%@")});
+        return formatted(value, {u"%@"_s});
     }
     return value;
 }

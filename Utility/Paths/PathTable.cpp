@@ -6,6 +6,8 @@
 #include "Platform/PropertyList.h"
 #include "Utility/Paths/AccountNames.h"
 
+using namespace Qt::StringLiterals;
+
 namespace QNUtility
 {
 std::atomic<EUserType> userType = EUserType::Dedup;
@@ -33,7 +35,7 @@ std::shared_ptr<const PathTable::Content> PathTable::content() const
 QString PathTable::value(const QString &key, EUserType userType) const
 {
     if (userType == EUserType::Dedup && key == u"ExecuterPathTQL")
-        return value(QStringLiteral("ExecuterPathDedupTQL"), userType);
+        return value(u"ExecuterPathDedupTQL"_s, userType);
     const auto table = content();
     return table ? table->entries.value(key, key) : key;
 }
@@ -48,8 +50,7 @@ namespace
 {
 std::optional<PathTable::Entries> loadBundleTable()
 {
-    const auto dictionary =
-        PropertyList::readDictionary(Bundle::main().resource(QStringLiteral("Localizable.plist")));
+    const auto dictionary = PropertyList::readDictionary(Bundle::main().resource(u"Localizable.plist"_s));
     if (!dictionary)
         return std::nullopt;
     PathTable::Entries entries;
@@ -58,7 +59,7 @@ std::optional<PathTable::Entries> loadBundleTable()
             entries.insert(entry.key(), entry.value().toString());
     }
     // Known only once the bundle stands somewhere.
-    entries.insert(QStringLiteral("MonitorExecPath"), Bundle::main().executablePath());
+    entries.insert(u"MonitorExecPath"_s, Bundle::main().executablePath());
     return entries;
 }
 
@@ -76,23 +77,22 @@ std::optional<QString> qnLocalizedString(const std::optional<QString> &key)
     return bundleTable().value(*key, QNUtility::userType);
 }
 
-QString pathValue(QLatin1String key)
+QString pathValue(QLatin1StringView key)
 {
     return bundleTable().value(key, QNUtility::userType);
 }
 
-QString pathValue(QLatin1String key, const QStringList &arguments)
+QString pathValue(QLatin1StringView key, const QStringList &arguments)
 {
     // The one's placeholder is a home directory, the other's a file's name.
-    const bool namesAccount =
-        key != QLatin1String("RemoteManageInfoPath") && key != QLatin1String("ProxySettingFilePath");
+    const bool namesAccount = key != "RemoteManageInfoPath"_L1 && key != "ProxySettingFilePath"_L1;
     return namesAccount ? accountPath(pathValue(key), arguments)
                         : standardizedPath(formatted(pathValue(key), arguments));
 }
 
 QString accountPath(const QString &format, const QStringList &arguments)
 {
-    const bool hasPlaceholder = format.contains(QLatin1String("%@")) || format.contains(QLatin1String("$@"));
+    const bool hasPlaceholder = format.contains("%@"_L1) || format.contains("$@"_L1);
     if (hasPlaceholder && !arguments.isEmpty() && !bundleTable().hasFiles(arguments.last()))
         return {};
     return standardizedPath(formatted(format, arguments));

@@ -55,11 +55,11 @@ private:
 [[nodiscard]] std::optional<QString> qnLocalizedString(const std::optional<QString> &key);
 
 /// As above for a key that is given as a literal.
-[[nodiscard]] QString pathValue(QLatin1String key);
+[[nodiscard]] QString pathValue(QLatin1StringView key);
 
 /// As pathValue(), with the placeholders filled in and the result standardised as a path. The last argument is
 /// an account name, save for the keys whose placeholder is something else; empty where that name forms no path.
-[[nodiscard]] QString pathValue(QLatin1String key, const QStringList &arguments);
+[[nodiscard]] QString pathValue(QLatin1StringView key, const QStringList &arguments);
 
 /// The same for a value of the table that was looked up before; every path of an account is formed here. A
 /// format without a placeholder is the same file for all accounts, and needs no name.

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 /// A program of the desktop with one setting, which it tells whoever asks and whenever it changes.
@@ -16,16 +18,16 @@ class SettingService : public QDBusVirtualObject
 public:
     SettingService(const PrivateBus &bus, const char *name, const char *path, QStringList key,
                    const std::optional<QVariant> &value)
-        : m_client(bus), m_path(QLatin1String(path)), m_key(std::move(key)), m_value(value)
+        : m_client(bus), m_path(QLatin1StringView(path)), m_key(std::move(key)), m_value(value)
     {
         EXPECT_TRUE(m_client.connection().registerVirtualObject(m_path, this));
-        EXPECT_TRUE(m_client.connection().registerService(QLatin1String(name)));
+        EXPECT_TRUE(m_client.connection().registerService(QLatin1StringView(name)));
     }
 
     void change(const char *interface, const char *signal, const QVariant &value)
     {
         QDBusMessage message =
-            QDBusMessage::createSignal(m_path, QLatin1String(interface), QLatin1String(signal));
+            QDBusMessage::createSignal(m_path, QLatin1StringView(interface), QLatin1StringView(signal));
         message << m_key[0] << m_key[1] << QVariant::fromValue(QDBusVariant(value));
         EXPECT_TRUE(m_client.connection().send(message));
     }
@@ -35,9 +37,9 @@ public:
     {
         const bool isKnown =
             m_value && message.arguments() == QVariantList{QVariant(m_key[0]), QVariant(m_key[1])};
-        connection.send(isKnown ? message.createReply(QVariant::fromValue(QDBusVariant(*m_value)))
-                                : message.createErrorReply(
-                                      QStringLiteral("org.xfce.Xfconf.Error.PropertyNotFound"), QString()));
+        connection.send(isKnown
+                            ? message.createReply(QVariant::fromValue(QDBusVariant(*m_value)))
+                            : message.createErrorReply(u"org.xfce.Xfconf.Error.PropertyNotFound"_s, QString()));
         ++asked;
         return true;
     }
@@ -51,8 +53,8 @@ private:
     std::optional<QVariant> m_value;
 };
 
-const QStringList Scheme{QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme")};
-const QStringList PanelKey{QStringLiteral("xfce4-panel"), QStringLiteral("/panels/dark-mode")};
+const QStringList Scheme{u"org.freedesktop.appearance"_s, u"color-scheme"_s};
+const QStringList PanelKey{u"xfce4-panel"_s, u"/panels/dark-mode"_s};
 } // namespace
 
 TEST(Appearance, ThePanelAndTheWindowsAreAskedForApart)
@@ -72,7 +74,7 @@ TEST(Appearance, ThePanelAndTheWindowsAreAskedForApart)
         BusLink link;
         link.start();
         const Appearance look(
-            QLatin1String(desktop), [] {}, [] {}, link);
+            QLatin1StringView(desktop), [] {}, [] {}, link);
         EXPECT_TRUE(waitUntil([&] { return portal.asked == 1 && look.isDark() == isPanelDark; })) << desktop;
         EXPECT_TRUE(waitUntil([&] { return look.isDesktopDark() == areWindowsDark; })) << desktop;
     }
@@ -88,7 +90,7 @@ TEST(Appearance, EachChangeIsToldToThoseWhomItConcerns)
     link.start();
     int panelChanges = 0, windowChanges = 0;
     const Appearance appearance(
-        QStringLiteral("XFCE"), [&] { ++panelChanges; }, [&] { ++windowChanges; }, link);
+        u"XFCE"_s, [&] { ++panelChanges; }, [&] { ++windowChanges; }, link);
     // Only the panel's own answer makes it dark, so it has come by then; the portal's goes before its next
     // word.
     ASSERT_TRUE(waitUntil([&] { return appearance.isDark() && portal.asked == 1; }));
