@@ -23,6 +23,13 @@ bool parts(QChar unit)
            (unit >= u'\t' && unit <= u'\r');
 }
 
+/// Of letters that most titles are made of, nothing is ever replaced, dropped or turned.
+bool isPlain(QChar unit)
+{
+    const char16_t c = unit.unicode();
+    return (c >= 0x20 && c < 0x7F) || (c >= 0xA0 && c < 0x590) || (c >= 0x3000 && c < 0xA000);
+}
+
 bool isLoneSurrogate(const QString &text, qsizetype at)
 {
     if (text[at].isHighSurrogate())
@@ -78,6 +85,8 @@ QString DisplayLine::bounded(const QString &text, qsizetype limit)
 
 QString DisplayLine::singleLine(const QString &text)
 {
+    if (std::all_of(text.begin(), text.end(), isPlain))
+        return text;
     QString line;
     line.reserve(text.size());
     for (qsizetype i = 0; i < text.size(); ++i) {

@@ -2,6 +2,7 @@
 
 #include "Platform/Bundle.h"
 #include "Platform/Home.h"
+#include "Platform/KeptFiles.h"
 #include "Platform/ProcessList.h"
 #include "Platform/PropertyList.h"
 #include "Source/Logger/QNLogger.h"
@@ -93,7 +94,7 @@ QString QNUtility::getTQLSrvPort()
 
 bool QNUtility::isThinClient()
 {
-    const auto facts = PropertyList::readDictionary(pathValue("ThinClientFilePath"_L1, {}));
+    const auto facts = KeptFiles::dictionary(pathValue("ThinClientFilePath"_L1, {}));
     return facts && PropertyList::boolValue(*facts, u"IsThinClient"_s).value_or(false);
 }
 

@@ -1,8 +1,7 @@
 #include "Utility/UserRecords.h"
 
-#include "Platform/AtomicFile.h"
+#include "Platform/KeptFiles.h"
 #include "Platform/PropertyList.h"
-#include "Platform/StampedFile.h"
 #include "Utility/Paths/PathTable.h"
 #include "Utility/QNUtility.h"
 
@@ -17,12 +16,12 @@ namespace
 {
 QVariantMap dictionaryAt(QLatin1StringView key, const QStringList &arguments)
 {
-    return PropertyList::readDictionary(pathValue(key, arguments)).value_or(QVariantMap());
+    return KeptFiles::dictionary(pathValue(key, arguments)).value_or(QVariantMap());
 }
 
 std::optional<QString> textAt(QLatin1StringView key, const QString &user)
 {
-    return AtomicFile::readText(pathValue(key, {user}));
+    return KeptFiles::text(pathValue(key, {user}));
 }
 
 bool markerExists(QLatin1StringView key, const std::optional<QString> &user)
@@ -58,13 +57,7 @@ std::optional<QString> UserRecords::getLastLoggedInUser()
 
 std::optional<QVariantMap> UserRecords::getActiveUserDetails()
 {
-    // Every message asks for it, most of them more than once; a thread decodes it again when it has changed.
-    static thread_local FileMemo<QVariantMap> record([](const QString &path) {
-        const auto list = PropertyList::readDictionary(path);
-        return list ? std::make_shared<const QVariantMap>(*list) : nullptr;
-    });
-    const auto details = record.read(pathValue("LastUserLoginDetailsFilePath"_L1, {}));
-    return details ? std::optional(*details) : std::nullopt;
+    return KeptFiles::dictionary(pathValue("LastUserLoginDetailsFilePath"_L1, {}));
 }
 
 bool UserRecords::isDisconnectedUser(const std::optional<QString> &user)

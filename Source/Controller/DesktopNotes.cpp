@@ -1,5 +1,6 @@
 #include "Source/Controller/DesktopNotes.h"
 
+#include "Platform/KeptFiles.h"
 #include "Platform/MessageText.h"
 #include "Platform/PropertyList.h"
 #include "Source/Controller/IpcMessage.h"
@@ -49,7 +50,7 @@ void DesktopNotes::didReceiveDesktopNotification(const IpcMessage &message)
 
 void DesktopNotes::takeSettings(const QString &user)
 {
-    const auto notices = PropertyList::readDictionary(accountPath(
+    const auto notices = KeptFiles::dictionary(accountPath(
         pathValue("ApplicationRootFolderPath"_L1, {}) + u"/%@/NotificationDetails.plist"_s, {user}));
     shouldDisplayDesktopNotification =
         !(notices && PropertyList::boolValue(*notices, u"adminNotificationEnableState"_s).value_or(false));

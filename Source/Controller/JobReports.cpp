@@ -1,6 +1,6 @@
 #include "Source/Controller/JobReports.h"
 
-#include "Platform/PropertyList.h"
+#include "Platform/KeptFiles.h"
 #include "Source/Controller/Account.h"
 #include "Source/Controller/Launcher.h"
 #include "Source/Controller/MenuKeeper.h"
@@ -101,7 +101,7 @@ void JobReports::showProgressBtnClicked()
 {
     QNLogger::logMonitorTrace(u"Start of ShowProgress from CorvaneMonitor"_s);
     const auto shown = ReportRules::progressToShow(
-        PropertyList::readDictionary(pathValue("CurrentJobs"_L1, {})).value_or(QVariantMap()),
+        KeptFiles::dictionary(pathValue("CurrentJobs"_L1, {})).value_or(QVariantMap()),
         m_others.account.signedInUser());
     if (shown.inWindow)
         showWindowOfJob();

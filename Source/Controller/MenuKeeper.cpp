@@ -1,6 +1,7 @@
 #include "Source/Controller/MenuKeeper.h"
 
 #include "Platform/Home.h"
+#include "Platform/KeptFiles.h"
 #include "Platform/PropertyList.h"
 #include "Source/Controller/Account.h"
 #include "Source/Controller/DesktopNotes.h"
@@ -24,7 +25,7 @@ constexpr int ProtectionFile = 26;
 std::optional<QString> protectionWordFor(const QString &user, bool *listPresent = nullptr)
 {
     const QString path = accountPath(ApplicationFilePath(ProtectionFile).path().value_or(QString()), {user});
-    const auto list = PropertyList::readDictionary(path);
+    const auto list = KeptFiles::dictionary(path);
     if (listPresent)
         *listPresent = list.has_value();
     return list ? PropertyList::textValue(*list, u"Enabled"_s) : std::nullopt;
@@ -34,7 +35,7 @@ std::optional<QString> protectionWordFor(const QString &user, bool *listPresent 
 /// otherwise.
 bool shouldFollowPollingFlow(const QString &user)
 {
-    const auto details = PropertyList::readDictionary(pathValue("LoginDetailsFilePath"_L1, {user}));
+    const auto details = KeptFiles::dictionary(pathValue("LoginDetailsFilePath"_L1, {user}));
     const auto channel =
         details ? PropertyList::textValue(*details, u"remote_manage_websock_server"_s) : std::nullopt;
     return channel != u"yes"_s;
@@ -42,7 +43,7 @@ bool shouldFollowPollingFlow(const QString &user)
 
 QVariantMap sharedList(const QString &path)
 {
-    return PropertyList::readDictionary(path, nullptr, Limits::SharedListBytes).value_or(QVariantMap());
+    return KeptFiles::dictionary(path, Limits::SharedListBytes).value_or(QVariantMap());
 }
 } // namespace
 

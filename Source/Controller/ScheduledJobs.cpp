@@ -1,7 +1,7 @@
 #include "Source/Controller/ScheduledJobs.h"
 
 #include "Extensions/TextFormat.h"
-#include "Platform/AtomicFile.h"
+#include "Platform/KeptFiles.h"
 #include "Platform/MainThread.h"
 #include "Platform/PropertyList.h"
 #include "Source/Controller/Account.h"
@@ -77,7 +77,7 @@ bool ScheduledJobs::isScheduledBackupPaused() const
     const QString throttleFile = pathValue("BandwidthThrottleFilePathForTql"_L1, {user});
     if (throttleFile.isEmpty())
         return false;
-    return isPauseMarker(AtomicFile::readText(QFileInfo(throttleFile).path() + u"/pause.txt"_s));
+    return isPauseMarker(KeptFiles::text(QFileInfo(throttleFile).path() + u"/pause.txt"_s));
 }
 
 bool ScheduledJobs::isRunningJobPaused()
@@ -91,13 +91,13 @@ bool ScheduledJobs::isBackupJobPaused() const
 {
     const QString path =
         pathValue("BackupJobThrottlePath"_L1, {m_account.lastLoggedInUser().value_or(QString())});
-    return AtomicFile::readText(path) == u"-1"_s;
+    return KeptFiles::text(path) == u"-1"_s;
 }
 
 bool ScheduledJobs::isBackupInProgress()
 {
     const QVariantMap status =
-        PropertyList::readDictionary(pathValue("ApplicationStatusPath"_L1, {})).value_or(QVariantMap());
+        KeptFiles::dictionary(pathValue("ApplicationStatusPath"_L1, {})).value_or(QVariantMap());
     const QString user = m_account.signedInUser();
     if (!user.isEmpty() && PropertyList::textValue(status, u"Interactive"_s) == user)
         return true;
@@ -115,7 +115,7 @@ bool ScheduledJobs::checkforAnyScheduledJob(const QString &user)
 
 std::optional<QString> ScheduledJobs::switchText() const
 {
-    return AtomicFile::readText(pathValue("SchedulerStatusInfoPath"_L1, {}));
+    return KeptFiles::text(pathValue("SchedulerStatusInfoPath"_L1, {}));
 }
 
 ScheduleSwitch ScheduledJobs::switchFile() const

@@ -2,8 +2,8 @@
 
 #include "Extensions/TextFormat.h"
 #include "Platform/Bundle.h"
+#include "Platform/KeptFiles.h"
 #include "Platform/MainThread.h"
-#include "Platform/PropertyList.h"
 #include "Source/Controller/Account.h"
 #include "Source/Controller/ScheduledJobs.h"
 #include "Source/Logger/WriteTrace.h"
@@ -350,7 +350,7 @@ void StatusBoard::showRunningJobOnly()
 QVariantMap StatusBoard::loggedSyncDetails() const
 {
     const QString path = accountPath(pathValue("LoggedSyncDetailsUserPath"_L1), {m_account.signedInUser()});
-    return PropertyList::readDictionary(path, nullptr, Limits::SharedListBytes).value_or(QVariantMap());
+    return KeptFiles::dictionary(path, Limits::SharedListBytes).value_or(QVariantMap());
 }
 
 bool StatusBoard::syncRests() const

@@ -176,13 +176,16 @@ void StatusMenu::set(Entry &entry, const MenuItemChange &change)
 {
     entry.present = change.present.value_or(entry.present);
     if (entry.present) {
-        const auto title = change.title ? std::optional(fitTitle(*change.title)) : std::nullopt;
-        if (title && *title != entry.title) {
-            entry.title = *title;
+        // Most refreshes bring what stands, so texts are made fit only where they differ from the last ones.
+        if (change.title && *change.title != entry.givenTitle) {
+            entry.givenTitle = *change.title;
+            entry.title = fitTitle(entry.givenTitle);
             entry.action->setText(actionText(entry.title));
         }
-        if (change.toolTip)
-            entry.action->setToolTip(DisplayLine::plainTip(*change.toolTip));
+        if (change.toolTip && *change.toolTip != entry.givenToolTip) {
+            entry.givenToolTip = *change.toolTip;
+            entry.action->setToolTip(DisplayLine::plainTip(entry.givenToolTip));
+        }
         if (change.enabled)
             entry.action->setEnabled(*change.enabled);
         entry.hidden = change.hidden.value_or(entry.hidden);

@@ -58,6 +58,8 @@ private:
     struct Entry {
         QAction *action = nullptr;
         QString title;
+        QString givenTitle; ///< of which `title` was made
+        QString givenToolTip;
         bool present = true;
         bool hidden = false;
         bool ticked = false;

@@ -1,6 +1,7 @@
 #include "Source/Controller/SyncControl.h"
 
 #include "Platform/Home.h"
+#include "Platform/KeptFiles.h"
 #include "Platform/MainThread.h"
 #include "Platform/PropertyList.h"
 #include "Source/Controller/Account.h"
@@ -18,7 +19,7 @@ namespace
 {
 QVariantMap syncStates()
 {
-    return PropertyList::readDictionary(pathValue("SyncStateFilePath"_L1, {}), nullptr, Limits::SharedListBytes)
+    return KeptFiles::dictionary(pathValue("SyncStateFilePath"_L1, {}), Limits::SharedListBytes)
         .value_or(QVariantMap());
 }
 } // namespace
