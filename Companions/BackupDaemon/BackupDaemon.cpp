@@ -2,6 +2,7 @@
 
 #include "Companions/Common/Notifications.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
@@ -14,13 +15,16 @@ const QString BandwidthChanged = u"updateBandwidthMacInUseValue"_s; ///< key of 
 enum class CoreAction { Pause = 1, Resume = 2, Stop = 3 };
 } // namespace
 
-BackupDaemon::BackupDaemon(PathTable table, QObject *parent) : QObject(parent), m_table(table), m_files(table)
+BackupDaemon::BackupDaemon(PathTable table, QObject *parent)
+    : QObject(parent), m_table(table), m_files(table), m_logs(table)
 {
     addJobCommands();
     addMessageCommands();
     addReportCommands();
     addFaultCommands();
     addOwnCommands();
+    addLogCommands();
+    addHistoryCommands();
     m_pace.setTimerType(Qt::PreciseTimer);
     m_pace.setInterval(ReportPace);
     connect(&m_pace, &QTimer::timeout, this, &BackupDaemon::tick);
@@ -83,6 +87,8 @@ CommandResult BackupDaemon::beginJob(const BackupJob::Order &order)
     m_job.emplace(order);
     m_job->setPreparation(m_preparation);
     m_retryLeft = {};
+    m_log = m_logs.begin(order.account, m_job->operationNumber(), QDateTime::currentDateTime());
+    writeLog();
     if (order.kind == JobKind::OnlineBackup)
         applyBandwidth(order.account);
     report(ReportKind::Started);
@@ -93,6 +99,12 @@ CommandResult BackupDaemon::beginJob(const BackupJob::Order &order)
     m_pace.start();
     return CommandResult::ok(u"job of %1, %2 s"_s.arg(order.account)
                                  .arg(std::chrono::duration_cast<std::chrono::seconds>(order.length).count()));
+}
+
+void BackupDaemon::writeLog()
+{
+    if (!m_logs.write(*m_log))
+        printLine(u"-- the log cannot be written: "_s + m_log->record.logfile);
 }
 
 void BackupDaemon::applyBandwidth(const QString &account)
@@ -129,7 +141,7 @@ CommandResult BackupDaemon::setJobPaused(bool paused)
     return CommandResult::ok();
 }
 
-CommandResult BackupDaemon::endJob(JobStatus how)
+CommandResult BackupDaemon::endJob(const QString &result)
 {
     if (!m_job)
         return CommandResult::failed(u"no job is running"_s);
@@ -138,16 +150,25 @@ CommandResult BackupDaemon::endJob(JobStatus how)
     const bool scheduled = m_job->origin() == BackupJob::Origin::Schedule;
     m_job->setPaused(false);
     if (scheduled) {
-        m_files.setScheduleStatus(account, how, QDateTime::currentDateTime());
+        m_files.setScheduleStatus(account,
+                                  result == LogStatus::Cancelled ? JobStatus::Cancelled : JobStatus::Completed,
+                                  QDateTime::currentDateTime());
         m_files.setPauseMarker(account, false);
         m_files.setSchedulerState(SchedulerState::Normal);
     }
     m_files.setCurrentJob(std::nullopt);
+    m_log->story.files = m_job->namedFiles();
+    m_log->story.count = m_job->doneFiles();
+    LogBook::conclude(*m_log, result, QDateTime::currentDateTime(), m_job->elapsed());
+    writeLog();
     report(ReportKind::Complete);
     m_job.reset();
+    m_log.reset();
     if (scheduled)
         sendNextJobLine(account);
-    printLine(how == JobStatus::Completed ? u"-- job completed"_s : u"-- job stopped"_s);
+    printLine(result == LogStatus::Success   ? u"-- job completed"_s
+              : result == LogStatus::Failure ? u"-- job failed"_s
+                                             : u"-- job stopped"_s);
     return CommandResult::ok();
 }
 
@@ -168,7 +189,7 @@ void BackupDaemon::tick()
     }
     report(ReportKind::Figures);
     if (m_job->isFinished())
-        (void)endJob(JobStatus::Completed); // it can only fail without a job
+        (void)endJob(LogStatus::Success); // it can only fail without a job
 }
 
 void BackupDaemon::report(ReportKind kind)
@@ -214,6 +235,7 @@ void BackupDaemon::takeMessage(const QJsonObject &message)
     } else if (type == "SetResumeState"_L1) {
         (void)setJobPaused(false);
     } else if (type == "PingFromMonitor"_L1) {
+        restoreRecord(data);
         joinRunningJob();
     } else if (type == "FDAMessage"_L1) {
         answerDiskAccess(data);
@@ -239,7 +261,7 @@ void BackupDaemon::takeCoreOperation(const QJsonObject &data)
         result = setJobPaused(false);
         break;
     case CoreAction::Stop:
-        result = endJob(JobStatus::Cancelled);
+        result = endJob(LogStatus::Cancelled);
         break;
     }
     if (!result.done)
@@ -258,6 +280,15 @@ void BackupDaemon::joinRunningJob()
     report(m_job->isPreparing() ? ReportKind::Started : ReportKind::Figures);
     if (m_job->isPaused())
         report(ReportKind::Paused);
+}
+
+void BackupDaemon::restoreRecord(const QJsonObject &ping)
+{
+    // Whoever lost the connection took the job for dead, and its record out of the day file.
+    if (m_log && ping.value(u"inProgress").toArray().contains(m_log->record.logfile)) {
+        writeLog();
+        printLine(u"-- record written again"_s);
+    }
 }
 
 void BackupDaemon::answerDiskAccess(const QJsonObject &data)

@@ -3,6 +3,7 @@
 #include "Companions/BackupDaemon/BackupJob.h"
 #include "Companions/BackupDaemon/DaemonFiles.h"
 #include "Companions/BackupDaemon/DaemonServer.h"
+#include "Companions/BackupDaemon/LogBook.h"
 #include "Companions/Common/Commands.h"
 
 #include <QObject>
@@ -49,11 +50,21 @@ private:
     [[nodiscard]] CommandResult changeFigures(const std::function<void(BackupJob &job)> &change);
     void sendBurst(int count);
 
+    /// @name Commands of the activity logs, in DaemonLogCommands.cpp
+    void addLogCommands();
+    void addHistoryCommands();
+    [[nodiscard]] CommandResult logOne(int optype, const QString &status, const QStringList &words);
+    [[nodiscard]] CommandResult logText(const QString &path);
+    [[nodiscard]] CommandResult logBig(const QStringList &words);
+    [[nodiscard]] CommandResult setLogLanguage(const QStringList &words);
+    [[nodiscard]] CommandResult deleteFromWeb(const QString &rest);
+
     /// @name The job
     [[nodiscard]] CommandResult beginJob(const BackupJob::Order &order);
     [[nodiscard]] QString reasonAgainst(const BackupJob::Order &order) const;
     [[nodiscard]] CommandResult setJobPaused(bool paused);
-    [[nodiscard]] CommandResult endJob(JobStatus how);
+    [[nodiscard]] CommandResult endJob(const QString &result);
+    void writeLog();
     void applyBandwidth(const QString &account);
     void tick();
     void report(ReportKind kind);
@@ -64,6 +75,7 @@ private:
     void takeMessage(const QJsonObject &message);
     void takeCoreOperation(const QJsonObject &data);
     void joinRunningJob();
+    void restoreRecord(const QJsonObject &ping);
     void answerDiskAccess(const QJsonObject &data);
 
     enum class ReportForm { Flat, Nested, None }; ///< nested: the keys inside a "data" object
@@ -73,7 +85,9 @@ private:
     DaemonServer m_server;
     CommandTable m_commands;
     QTimer m_pace;
+    LogBook m_logs;
     std::optional<BackupJob> m_job;
+    std::optional<LogBook::Entry> m_log;           ///< of m_job
     std::chrono::milliseconds m_preparation{2000}; ///< of each job: long enough to be seen
     std::chrono::milliseconds m_retryLeft{0};      ///< no work is done meanwhile
     ReportForm m_form = ReportForm::Flat;

@@ -29,11 +29,10 @@ constexpr std::array<SourceFile, 8> BackupSet = {{
 constexpr qint64 FilesInAll = 1'248; ///< the set names the larger of them
 constexpr int WholeLine = 100;
 
-QString clockText(std::chrono::milliseconds span)
+/// A file below the home folder of the account's owner.
+QString ownersFile(const QString &account, const char16_t *path)
 {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(span).count();
-    return QString::asprintf("%02lld:%02lld:%02lld", static_cast<long long>(seconds / 3600),
-                             static_cast<long long>(seconds / 60 % 60), static_cast<long long>(seconds % 60));
+    return u"/home/%1/"_s.arg(account.section(u'@', 0, 0)) + QString::fromUtf16(path);
 }
 
 /// What other programs of the product read in a report, by kind of job.
@@ -57,6 +56,25 @@ KindWords wordsOf(JobKind kind)
     return {0, 0, u"Backing up", u"SchOnlineBackup"};
 }
 } // namespace
+
+QString clockText(std::chrono::milliseconds span)
+{
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(span).count();
+    return QString::asprintf("%02lld:%02lld:%02lld", static_cast<long long>(seconds / 3600),
+                             static_cast<long long>(seconds / 60 % 60), static_cast<long long>(seconds % 60));
+}
+
+std::vector<LoggedFile> backupSetOf(const QString &account, qint64 count)
+{
+    std::vector<LoggedFile> files;
+    for (qint64 place = 0; place < count; ++place) {
+        const SourceFile &file = BackupSet[static_cast<std::size_t>(place) % BackupSet.size()];
+        const qint64 round = place / qint64(BackupSet.size());
+        const QString path = ownersFile(account, file.path);
+        files.push_back({round == 0 ? path : path + u".%1"_s.arg(round), QString::fromUtf16(file.size)});
+    }
+    return files;
+}
 
 QString speedText(double kilobytesPerSecond)
 {
@@ -99,6 +117,35 @@ bool BackupJob::isPaused() const
 bool BackupJob::isFinished() const
 {
     return m_worked >= m_order.length;
+}
+
+std::chrono::milliseconds BackupJob::elapsed() const
+{
+    return m_elapsed;
+}
+
+qint64 BackupJob::doneFiles() const
+{
+    return share(FilesInAll);
+}
+
+std::vector<LoggedFile> BackupJob::namedFiles() const
+{
+    return backupSetOf(m_order.account, share(BackupSet.size()));
+}
+
+int BackupJob::operationNumber() const
+{
+    const bool scheduled = m_order.origin == Origin::Schedule;
+    switch (m_order.kind) {
+    case JobKind::LocalBackup:
+        return scheduled ? 14 : 13;
+    case JobKind::Restore:
+        return scheduled ? 11 : 3;
+    case JobKind::OnlineBackup:
+        break;
+    }
+    return scheduled ? 2 : 1;
 }
 
 void BackupJob::setPaused(bool paused)
@@ -174,16 +221,20 @@ QJsonObject BackupJob::olderReport(const QString &phase, const QString &destinat
     return message;
 }
 
+qint64 BackupJob::share(qint64 whole) const
+{
+    return whole * m_worked.count() / m_order.length.count();
+}
+
 QJsonObject BackupJob::figures() const
 {
-    const auto share = [this](qint64 whole) { return whole * m_worked.count() / m_order.length.count(); };
     const qint64 place = std::min<qint64>(share(BackupSet.size()), BackupSet.size() - 1);
     const SourceFile &file = BackupSet[static_cast<std::size_t>(place)];
     QJsonObject figures{{u"percentage"_s, m_percentage.value_or(QString::number(share(100)))},
                         {u"transferSpeed"_s, speedText(double(file.speed) * m_bandwidth / WholeLine)},
                         {u"estimatedTime"_s, clockText((m_order.length - m_worked) * WholeLine / m_bandwidth)},
                         {u"elapsedtime"_s, clockText(m_elapsed)},
-                        {u"filename"_s, m_fileName.value_or(fileName(file.path))},
+                        {u"filename"_s, m_fileName.value_or(ownersFile(m_order.account, file.path))},
                         {u"tansferMode"_s, QString::fromUtf16(wordsOf(m_order.kind).verb)},
                         {u"filesize"_s, QString::fromUtf16(file.size)}};
     if (m_order.kind != JobKind::LocalBackup) {
@@ -191,9 +242,4 @@ QJsonObject BackupJob::figures() const
         figures.insert(u"dedupCompletedFiles", QString::number(share(FilesInAll)));
     }
     return figures;
-}
-
-QString BackupJob::fileName(const char16_t *path) const
-{
-    return u"/home/%1/"_s.arg(m_order.account.section(u'@', 0, 0)) + QString::fromUtf16(path);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Companions/BackupDaemon/SessionLogText.h"
 #include "Companions/Common/ScheduleArchive.h"
 
 #include <QJsonObject>
@@ -44,6 +45,15 @@ public:
     [[nodiscard]] bool isPaused() const;
     [[nodiscard]] bool isFinished() const;
 
+    /// How long it has worked so far, pauses not counted; how many files it has done, and those of them that
+    /// its reports have named.
+    [[nodiscard]] std::chrono::milliseconds elapsed() const;
+    [[nodiscard]] qint64 doneFiles() const;
+    [[nodiscard]] std::vector<LoggedFile> namedFiles() const;
+
+    /// The number that the activity logs have for jobs of that kind and origin.
+    [[nodiscard]] int operationNumber() const;
+
     void setPaused(bool paused);
 
     /// Sets how long the list of files still takes.
@@ -67,8 +77,8 @@ public:
     [[nodiscard]] QJsonObject olderReport(const QString &phase, const QString &destination) const;
 
 private:
+    [[nodiscard]] qint64 share(qint64 whole) const; ///< of what the work done so far is
     [[nodiscard]] QJsonObject figures() const;
-    [[nodiscard]] QString fileName(const char16_t *path) const;
 
     Order m_order;
     std::chrono::milliseconds m_preparation{0}; ///< left of it
@@ -79,6 +89,12 @@ private:
     std::optional<QString> m_fileName;
     std::optional<QString> m_percentage;
 };
+
+/// `count` files of the account's owner, as its jobs name them.
+[[nodiscard]] std::vector<LoggedFile> backupSetOf(const QString &account, qint64 count);
+
+/// Hours, minutes and seconds, two digits each.
+[[nodiscard]] QString clockText(std::chrono::milliseconds span);
 
 /// A rate as it is shown: "840 KB/s", "4.7 MB/s".
 [[nodiscard]] QString speedText(double kilobytesPerSecond);

@@ -74,7 +74,9 @@ void BackupDaemon::addJobCommands()
     m_commands.add(u"resume"_s, u"resume                        go on with it"_s,
                    [this](const QStringList &, const QString &) { return setJobPaused(false); });
     m_commands.add(u"stop"_s, u"stop                          end it before its time"_s,
-                   [this](const QStringList &, const QString &) { return endJob(JobStatus::Cancelled); });
+                   [this](const QStringList &, const QString &) { return endJob(LogStatus::Cancelled); });
+    m_commands.add(u"fail"_s, u"fail                          end it with a failure"_s,
+                   [this](const QStringList &, const QString &) { return endJob(LogStatus::Failure); });
     m_commands.add(u"retry"_s, u"retry [SECONDS]               report a retry; work goes on after it"_s,
                    [this](const QStringList &words, const QString &) { return retry(words); });
 }
@@ -199,7 +201,7 @@ void BackupDaemon::addOwnCommands()
     m_commands.add(u"quit"_s, u"quit                          stop the job and end"_s,
                    [this](const QStringList &, const QString &) {
                        if (m_job)
-                           (void)endJob(JobStatus::Cancelled);
+                           (void)endJob(LogStatus::Cancelled);
                        Q_EMIT quitRequested();
                        return CommandResult::ok();
                    });

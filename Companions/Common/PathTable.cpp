@@ -28,22 +28,28 @@ QString tableBesideProgram()
 }
 } // namespace
 
-PathTable::PathTable(QVariantMap entries) : m_entries(std::move(entries))
+PathTable::PathTable(QVariantMap entries, QString folder)
+    : m_entries(std::move(entries)), m_folder(std::move(folder))
 {
 }
 
 std::optional<PathTable> PathTable::load(const QString &given)
 {
-    const QVariant tree = readPropertyList(given.isEmpty() ? tableBesideProgram() : given);
+    const QString path = given.isEmpty() ? tableBesideProgram() : given;
+    const QVariant tree = readPropertyList(path);
     if (tree.typeId() != QMetaType::QVariantMap)
         return std::nullopt;
-    return PathTable(tree.toMap());
+    return PathTable(tree.toMap(), QFileInfo(path).absolutePath());
 }
 
 QString PathTable::value(const QString &key, const QStringList &arguments) const
 {
+    return filled(m_entries.value(key).toString(), arguments);
+}
+
+QString PathTable::filled(QString text, const QStringList &arguments)
+{
     const QString placeholder = u"%@"_s;
-    QString text = m_entries.value(key).toString();
     qsizetype from = 0;
     for (const QString &argument : arguments) {
         const qsizetype at = text.indexOf(placeholder, from);
