@@ -8,16 +8,18 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr std::chrono::seconds AnswerLimit{10};
+constexpr std::chrono::seconds HistoryLimit{60}; ///< thousands of files on a busy machine
 constexpr std::chrono::milliseconds PollPace{100};
 
 /// First words of the commands that a companion answers.
-constexpr std::array<const char *, 24> DaemonWords = {
+constexpr std::array<const char *, 29> DaemonWords = {
     "job",     "interactive", "pause",   "resume",    "stop",      "retry", "tooltip", "send",
     "remote",  "reports",     "garbage", "truncated", "oversized", "slow",  "burst",   "drop",
-    "clients", "pace",        "prepare", "file",      "percent",   "ahead", "legacy",  "state"};
-constexpr std::array<const char *, 15> ApplicationWords = {
+    "clients", "pace",        "prepare", "file",      "percent",   "ahead", "legacy",  "state",
+    "history", "log",         "old",     "web",       "fail"};
+constexpr std::array<const char *, 16> ApplicationWords = {
     "sign",      "account", "quota", "plan",     "engine",     "thin",   "schedule", "immediate",
-    "schedules", "jobs",    "clear", "language", "appearance", "notify", "throttle"};
+    "schedules", "jobs",    "clear", "language", "appearance", "notify", "throttle", "flag"};
 
 template<typename Words>
 bool contains(const Words &words, const QString &word)
@@ -47,6 +49,7 @@ Console::Console(ConsoleSettings settings, OnFailure onFailure, QObject *parent)
     addLifeCommands();
     addWatchCommands();
     addWindowCommands();
+    addLogCommands();
     connect(&m_daemon, &Child::printed, this, [this](const QString &line) { m_daemonLines.add(line); });
     m_deadline.setSingleShot(true);
     m_poll.setInterval(PollPace);
@@ -178,7 +181,8 @@ void Console::forward(Child &child, const QString &line)
     m_wait = connect(&child, &Child::answered, this, [this](bool done, const QString &text) {
         finish({done, text});
     });
-    finishAfter(AnswerLimit, child.name() + u" does not answer"_s);
+    finishAfter(line.startsWith(u"history"_s) ? HistoryLimit : AnswerLimit,
+                child.name() + u" does not answer"_s);
     child.writeLine(line);
 }
 

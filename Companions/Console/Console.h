@@ -14,6 +14,8 @@
 #include <map>
 #include <memory>
 
+class LogTable;
+
 /// Where the console finds the programs it drives.
 struct ConsoleSettings {
     QString companionsFolder; ///< the daemons and the main application
@@ -34,6 +36,15 @@ struct Wanted {
 
 /// Reads "TEXT [SECONDS]"; quotation marks keep a number at the end of the text apart from the limit.
 [[nodiscard]] Wanted wantedOf(const QString &words);
+
+/// A row of the list of logs, or a number of rows, and what is expected there.
+struct RowWanted {
+    int number = 0;
+    Wanted wanted;
+};
+
+/// Reads "NUMBER [TEXT] [SECONDS]"; none without a number.
+[[nodiscard]] std::optional<RowWanted> rowWantedOf(const QString &words);
 
 /// Drives the demo world: owns its programs, and runs commands one after the other, each when the one before
 /// has come to its end. The same language serves a person at the prompt and a script.
@@ -120,10 +131,23 @@ private:
     void expectNoWindowText(const QString &text);
     [[nodiscard]] QStringList windowTexts() const;
     void typeKeys(const QStringList &keys);
+    [[nodiscard]] CommandResult typed(const QStringList &keys) const;
     void pictureWindow(const QString &name);
     void expectDaemonLine(const QString &text);
     void expectNoDaemonLine(const QString &text);
     void expectJob(const QString &text);
+    /// @}
+
+    /// @name The list of activity logs, in ConsoleLogs.cpp
+    /// @{
+    void addLogCommands();
+    void expectLogs(const QString &text);
+    void expectLog(const QString &text);
+    void expectNoLog(const QString &text);
+    void selectLogs(const QStringList &words);
+    void pressLogDelete(const QString &row);
+    void chooseEntry(const QString &name);
+    void watchTable(std::chrono::seconds limit, std::function<CommandResult(const LogTable &)> look);
     /// @}
 
     ConsoleSettings m_settings;

@@ -54,11 +54,12 @@ void Console::addWatchCommands()
             return finish(CommandResult::failed(u"needs a number of seconds"_s));
         QTimer::singleShot(static_cast<int>(seconds * 1000), this, [this] { finish(CommandResult::ok()); });
     });
-    addCommand(u"expect"_s,
-               u"expect tooltip TEXT | new tooltip | menu LINE | no menu TITLE | file KEY TEXT | "
-               "application | monitor ended | [no] window [TITLE] | [no] window text TEXT | "
-               "[no] daemon TEXT | job preparing|running|paused|none; each with [SECONDS]"_s,
-               [this](const QStringList &words, const QString &rest) { runExpect(words, rest); });
+    addCommand(
+        u"expect"_s,
+        u"expect tooltip TEXT | new tooltip | menu LINE | no menu TITLE | file KEY TEXT | "
+        "application | monitor ended | [no] window [TITLE] | [no] window text TEXT | "
+        "logs COUNT | log ROW TEXT | no log TEXT | [no] daemon TEXT | job preparing|running|paused|none; each with [SECONDS]"_s,
+        [this](const QStringList &words, const QString &rest) { runExpect(words, rest); });
     addCommand(u"show"_s, u"show tooltip|menu             as the desktop's host is told it"_s,
                [this](const QStringList &words, const QString &) { show(words.value(0)); });
     addCommand(u"click"_s, u"click TITLE [| TITLE...]      on an item of the menu, as the host passes it on"_s,
@@ -104,6 +105,9 @@ void Console::runExpect(const QStringList &words, const QString &rest)
         {{u"daemon"_s}, &Console::expectDaemonLine},
         {{u"no"_s, u"daemon"_s}, &Console::expectNoDaemonLine},
         {{u"job"_s}, &Console::expectJob},
+        {{u"logs"_s}, &Console::expectLogs},
+        {{u"log"_s}, &Console::expectLog},
+        {{u"no"_s, u"log"_s}, &Console::expectNoLog},
     };
     for (const auto &expectation : expectations) {
         const auto count = expectation.words.size();

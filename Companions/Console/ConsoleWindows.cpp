@@ -41,14 +41,19 @@ void Console::addWindowCommands()
 {
     addCommand(u"key"_s, u"key KEYS                      as typed into a window of the monitor: Return, Tab"_s,
                [this](const QStringList &words, const QString &) { typeKeys(words); });
-    addCommand(u"press"_s, u"press NAME                    a button of its windows, as a screen reader does"_s,
-               [this](const QStringList &, const QString &rest) {
-                   watch(Wanted::DefaultLimit, [this, rest] {
-                       return TextProbe::press(childrenRunning(m_settings.monitor), rest)
-                                  ? CommandResult::ok()
-                                  : CommandResult::failed(u"nothing of that name to press"_s);
-                   });
-               });
+    addCommand(
+        u"press"_s,
+        u"press NAME                    a button, link or column title of its windows, as a screen reader "
+        "does; press log delete ROW    the button of a row of logs"_s,
+        [this](const QStringList &words, const QString &rest) {
+            if (words.size() == 3 && words.mid(0, 2) == QStringList{u"log"_s, u"delete"_s})
+                return pressLogDelete(words.last());
+            watch(Wanted::DefaultLimit, [this, rest] {
+                return TextProbe::press(childrenRunning(m_settings.monitor), rest)
+                           ? CommandResult::ok()
+                           : CommandResult::failed(u"nothing of that name to press"_s);
+            });
+        });
 }
 
 QList<DesktopWindow> Console::monitorWindows() const
@@ -112,16 +117,19 @@ void Console::typeKeys(const QStringList &keys)
     });
     if (!areKeys)
         return finish(CommandResult::failed(u"needs names of keys"_s));
-    watch(Wanted::DefaultLimit, [this, keys] {
-        const auto windows = monitorWindows();
-        const bool isActive = std::any_of(windows.begin(), windows.end(),
-                                          [](const DesktopWindow &window) { return window.isActive; });
-        if (!isActive) // somebody else's window must not get them
-            return CommandResult::failed(u"no window of the monitor has the keyboard"_s);
-        return QProcess::execute(u"xdotool"_s, QStringList{u"key"_s} + keys) == 0
-                   ? CommandResult::ok()
-                   : CommandResult::failed(u"the keys cannot be typed"_s);
-    });
+    watch(Wanted::DefaultLimit, [this, keys] { return typed(keys); });
+}
+
+CommandResult Console::typed(const QStringList &keys) const
+{
+    const auto windows = monitorWindows();
+    const bool isActive = std::any_of(windows.begin(), windows.end(),
+                                      [](const DesktopWindow &window) { return window.isActive; });
+    if (!isActive) // somebody else's window must not get them
+        return CommandResult::failed(u"no window of the monitor has the keyboard"_s);
+    return QProcess::execute(u"xdotool"_s, QStringList{u"key"_s} + keys) == 0
+               ? CommandResult::ok()
+               : CommandResult::failed(u"the keys cannot be typed"_s);
 }
 
 void Console::pictureWindow(const QString &name)

@@ -5,7 +5,7 @@
 #include <QStringList>
 
 /// Reads what stands in the windows of a program the way a screen reader does, and presses what can be pressed:
-/// over the accessibility bus, which it switches on in the session.
+/// over the accessibility bus. Of a table it reads the titles alone; LogTable reads its rows.
 namespace TextProbe
 {
 /// Names of all that is shown in the windows of these processes, in the order of the windows' contents. Empty

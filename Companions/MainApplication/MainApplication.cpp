@@ -3,6 +3,8 @@
 #include "Companions/Common/Notifications.h"
 #include "Companions/Common/PropertyList.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDir>
 
 using namespace Qt::StringLiterals;
@@ -163,6 +165,9 @@ void MainApplication::addSettingsCommands()
                    [this](const QStringList &words, const QString &) { return setAppearance(words); });
     m_commands.add(u"notify"_s, u"notify NAME [OBJECT] [KEY=VALUE...]  post a notification"_s,
                    [this](const QStringList &words, const QString &) { return notify(words); });
+    m_commands.add(u"flag"_s,
+                   u"flag viewLogs|viewManageScheduleJobs  left for the monitor, which is brought up"_s,
+                   [this](const QStringList &words, const QString &) { return leaveFlag(words); });
     m_commands.add(u"help"_s, u"help                          this list"_s,
                    [this](const QStringList &, const QString &) {
                        printLine(m_commands.help());
@@ -243,6 +248,23 @@ CommandResult MainApplication::setQuota(const QStringList &words)
     if (account.isEmpty() || !isUsed || !isTotal)
         return CommandResult::failed(u"needs a signed-in account and two numbers"_s);
     return announce(m_accounts.setQuota(account, used, total), u"ReloadPreferences"_s);
+}
+
+CommandResult MainApplication::leaveFlag(const QStringList &words) const
+{
+    const QStringList known{u"viewLogs"_s, u"viewManageScheduleJobs"_s};
+    if (words.size() != 1 || !known.contains(words.first()))
+        return CommandResult::failed(known.join(u" or "_s));
+    if (!writeWholeFile(m_table.path(u"ApplicationRootFolderPath"_s) + u'/' + words.first(), {}))
+        return CommandResult::failed(u"the flag cannot be written"_s);
+    QDBusMessage activate =
+        QDBusMessage::createMethodCall(u"com.halvernet.CorvaneMonitor"_s, u"/com/halvernet/CorvaneMonitor"_s,
+                                       u"org.freedesktop.Application"_s, u"Activate"_s);
+    activate << QVariantMap();
+    activate.setAutoStartService(false);
+    return QDBusConnection::sessionBus().send(activate)
+               ? CommandResult::ok()
+               : CommandResult::ok(u"left; no session bus to tell it on"_s);
 }
 
 CommandResult MainApplication::setLanguage(const QStringList &words)

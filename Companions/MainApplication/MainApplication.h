@@ -28,6 +28,7 @@ private:
     [[nodiscard]] CommandResult setQuota(const QStringList &words);
     [[nodiscard]] CommandResult setBandwidth(const QStringList &words);
     [[nodiscard]] CommandResult setAutoPause(const QStringList &words);
+    [[nodiscard]] CommandResult leaveFlag(const QStringList &words) const;
     [[nodiscard]] CommandResult setLanguage(const QStringList &words);
     [[nodiscard]] CommandResult setAppearance(const QStringList &words);
     [[nodiscard]] CommandResult notify(const QStringList &words);

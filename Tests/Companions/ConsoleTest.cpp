@@ -79,6 +79,11 @@ TEST_F(ConsoleTest, ATaleStopsAtItsFirstFailure)
         {"no window", "expect window 0\n", "the windows are: none", none},
         {"another state", "daemon start\nexpect job paused 0\n", "the job is: none", none},
         {"what the daemon has not said", "daemon start\nexpect daemon hello 0\n", "it has said:", none},
+        {"no list of logs", "expect logs 0 0\n", "there is no list of logs", none},
+        {"no list, so nothing is missing in it", "expect no log x 0\n", "there is no list of logs", none},
+        {"no number of logs", "expect logs many\n", "needs a number of logs", none},
+        {"a log of no size", "daemon start\nlog big 17G\n", "needs a size", none},
+        {"half an order of the web", "daemon start\nweb delete 11-20-2026-10-00-00\n", "needs the name", none},
         {"a bad end", "monitor start\nexpect monitor ended 2\n", "the monitor ended with 1", "/bin/false"},
         {"no end", "monitor start\nexpect monitor ended 0\n", "the monitor is running", "/bin/cat"},
         {"an end by a signal", "monitor start\nmonitor signal TERM\nexpect monitor ended 2\n",
@@ -112,6 +117,11 @@ TEST_F(ConsoleTest, ATaleThatHoldsEndsWell)
          "daemon start\njob 60\npause\nexpect file SchedulerStatusInfoPath \"2\"\n"
          "daemon crash\ndaemon start\nexpect job none\n"
          "expect file SchedulerStatusInfoPath \"1\"\n"},
+        {"logs of every kind",
+         "application start\nsign in ana@example.com\nschedule demo\ndaemon start\nhistory week\n"
+         "history hostile\nlog language ja\nlog links on\nlog success\nlog failure bo\nlog progress\nlog cdp\n"
+         "log sync\nlog big 2G\nold logs 60\nold archive on\nold layout\nold archive off\n"
+         "prepare 0\njob 60\nfail\nexpect daemon job failed\nhistory victims\nhistory none\nflag viewLogs\n"},
         {"the application in front",
          "application front\nexpect application\napplication away\napplication front\n"},
     };

@@ -24,6 +24,30 @@ TEST(Console, ExpectationsEndWithTheirLimit)
     });
 }
 
+TEST(Console, RowsAndNumbersOfLogsAreNoLimits)
+{
+    const struct {
+        const char *name, *words;
+        int number;
+        const char *text;
+        int seconds;
+    } rows[] = {
+        {"a number alone", "41", 41, "", 10},
+        {"a number and a limit", "0 60", 0, "", 60},
+        {"a row and its text", "2 Online backup | Success", 2, "Online backup | Success", 10},
+        {"a text that is a number", "2 \"1248\" 3", 2, "1248", 3},
+    };
+    forEachRow(rows, [](const auto &row) {
+        const auto wanted = rowWantedOf(QString::fromLatin1(row.words));
+        ASSERT_TRUE(wanted);
+        EXPECT_EQ(wanted->number, row.number);
+        EXPECT_EQ(wanted->wanted.text.toStdString(), row.text);
+        EXPECT_EQ(wanted->wanted.limit.count(), row.seconds);
+    });
+    for (const char *words : {"", "many 10", "-1 x"})
+        EXPECT_FALSE(rowWantedOf(QString::fromLatin1(words))) << words;
+}
+
 TEST(SeenLines, AreTakenInTheirOrderAndOnce)
 {
     SeenLines lines;
