@@ -55,15 +55,16 @@ void BackupDaemon::addLogCommands()
         int optype;
         QString status;
     } kinds[] = {
-        {"log success", "log success [ACCOUNT]         a job that has ended well, as session log and record",
+        {"log success",
+         "log success [ACCOUNT] [DAYS]  a job that ended well, so many days ago: session log and record",
          ScheduledBackup, LogStatus::Success},
-        {"log failure", "log failure [ACCOUNT]         one that has failed", ScheduledBackup,
+        {"log failure", "log failure [ACCOUNT] [DAYS]  one that has failed", ScheduledBackup,
          LogStatus::Failure},
-        {"log progress", "log progress [ACCOUNT]        a record In Progress, with no job behind it",
+        {"log progress", "log progress [ACCOUNT] [DAYS] a record In Progress, with no job behind it",
          ScheduledBackup, LogStatus::InProgress},
-        {"log cdp", "log cdp [ACCOUNT]             one of continuous protection", Protection,
+        {"log cdp", "log cdp [ACCOUNT] [DAYS]      one of continuous protection", Protection,
          LogStatus::Success},
-        {"log sync", "log sync [ACCOUNT]            one of sync, with its four lists", Sync,
+        {"log sync", "log sync [ACCOUNT] [DAYS]     one of sync, with its four lists", Sync,
          LogStatus::Success},
     };
     for (const auto &kind : kinds) {
@@ -158,8 +159,16 @@ void BackupDaemon::addHistoryCommands()
 CommandResult BackupDaemon::logOne(int optype, const QString &status, const QStringList &words)
 {
     constexpr qint64 Files = 8;
-    const QString account = words.value(0, m_files.signedInAccount());
-    const QDateTime now = QDateTime::currentDateTime();
+    QString account = m_files.signedInAccount();
+    QDateTime now = QDateTime::currentDateTime();
+    for (const QString &word : words) {
+        bool isNumber = false;
+        const int days = word.toInt(&isNumber);
+        if (isNumber)
+            now = now.addDays(-days);
+        else
+            account = word;
+    }
     const bool runs = status == LogStatus::InProgress;
     LogBook::Entry entry = m_logs.begin(account, optype, runs ? now : now.addSecs(-ReadyJob.count()));
     if (!runs) {

@@ -132,7 +132,7 @@ void AccessibleTree::walk(const QDBusConnection &bus, const QList<qint64> &proce
     }
     for (int seen = 0; !waiting.isEmpty() && seen < MostNodes; ++seen) {
         const Node node = waiting.takeFirst();
-        if (!isShowing(bus, node))
+        if (!isShowing(bus, node) && !hasRole(bus, node, Role::Link))
             continue;
         if (visit(node, nameOf(bus, node)))
             return;

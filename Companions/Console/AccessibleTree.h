@@ -17,7 +17,7 @@ struct Node {
 };
 
 /// The roles that are looked for, by their numbers on that bus.
-enum class Role : quint32 { ComboBox = 11, Table = 55 };
+enum class Role : quint32 { ComboBox = 11, Table = 55, Text = 61, Link = 88 };
 
 /// The bus of the screen readers; not connected when the session has none.
 [[nodiscard]] QDBusConnection bus();
@@ -44,7 +44,7 @@ enum class Role : quint32 { ComboBox = 11, Table = 55 };
 
 /// Goes through what is shown in the windows of the processes, in the order of their contents, until `visit`
 /// says that it has seen enough. Of a table come the titles of its columns and no more: it may have very many
-/// cells.
+/// cells. A link of a text counts as shown although the text has been scrolled away from it.
 void walk(const QDBusConnection &bus, const QList<qint64> &processes,
           const std::function<bool(const Node &, const QString &name)> &visit);
 } // namespace AccessibleTree

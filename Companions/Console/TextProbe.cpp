@@ -2,15 +2,22 @@
 
 #include "Companions/Console/AccessibleTree.h"
 
+using namespace Qt::StringLiterals;
+
 using AccessibleTree::Node;
 
 QStringList TextProbe::texts(const QList<qint64> &processes)
 {
     QStringList found;
     if (const QDBusConnection bus = AccessibleTree::bus(); bus.isConnected()) {
-        AccessibleTree::walk(bus, processes, [&found](const Node &, const QString &name) {
+        AccessibleTree::walk(bus, processes, [&](const Node &node, const QString &name) {
             if (!name.isEmpty())
                 found.append(name);
+            if (AccessibleTree::hasRole(bus, node, AccessibleTree::Role::Text)) {
+                constexpr int End = -1;
+                const QDBusMessage text = AccessibleTree::call(bus, node, u"Text"_s, u"GetText"_s, {0, End});
+                found.append(text.arguments().value(0).toString());
+            }
             return false;
         });
     }
