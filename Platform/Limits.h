@@ -30,6 +30,11 @@ inline constexpr qint64 ListValues = 500'000;
 /// Jobs in the archive, and the steps of decoding it: bytes copied, entries looked at.
 inline constexpr qsizetype ArchiveRecords = 20'000;
 inline constexpr qint64 ArchiveSteps = 16LL * 1024 * 1024;
+/// A day's activity records: a busy day has some hundred, of half a KiB each. A file beyond any of these counts
+/// as one that is not well-formed.
+inline constexpr qint64 DayFileBytes = 256 * 1024 * 1024;
+inline constexpr int DayFileRecords = 1'000'000;
+inline constexpr int DayFileDepth = 100; ///< levels of elements
 /// @}
 
 /// @name Messages of the daemons

@@ -699,5 +699,69 @@ Your account has been cancelled</translation>
         <source>%@ keeps watch here. Click the icon to see your backups and to change your settings.</source>
         <translation>%@ keeps watch here. Click the icon to see your backups and to change your settings.</translation>
     </message>
+    <message>
+        <source>Online backup</source>
+        <translation>Online backup</translation>
+    </message>
+    <message>
+        <source>Online restore</source>
+        <translation>Online restore</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <source>Online delete</source>
+        <translation>Online delete</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Rename</translation>
+    </message>
+    <message>
+        <source>Continuous data protection</source>
+        <translation>Continuous data protection</translation>
+    </message>
+    <message>
+        <source>Archive cleanup</source>
+        <translation>Archive cleanup</translation>
+    </message>
+    <message>
+        <source>Putback</source>
+        <translation>Putback</translation>
+    </message>
+    <message>
+        <source>Sync</source>
+        <translation>Sync</translation>
+    </message>
+    <message>
+        <source>Local backup</source>
+        <translation>Local backup</translation>
+    </message>
+    <message>
+        <source>Local restore</source>
+        <translation>Local restore</translation>
+    </message>
+    <message>
+        <source>Local delete</source>
+        <translation>Local delete</translation>
+    </message>
+    <message>
+        <source>Express backup</source>
+        <translation>Express backup</translation>
+    </message>
+    <message>
+        <source>Express restore</source>
+        <translation>Express restore</translation>
+    </message>
+    <message>
+        <source>Express delete</source>
+        <translation>Express delete</translation>
+    </message>
+    <message>
+        <source>Network and external drive backup</source>
+        <translation>Network and external drive backup</translation>
+    </message>
 </context>
 </TS>

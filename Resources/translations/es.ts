@@ -699,5 +699,69 @@ Su cuenta se ha cancelado</translation>
         <source>%@ keeps watch here. Click the icon to see your backups and to change your settings.</source>
         <translation>%@ vigila desde aquí. Haga clic en el icono para ver sus copias de seguridad y cambiar la configuración.</translation>
     </message>
+    <message>
+        <source>Online backup</source>
+        <translation>Copia de seguridad en línea</translation>
+    </message>
+    <message>
+        <source>Online restore</source>
+        <translation>Restauración en línea</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Búsqueda</translation>
+    </message>
+    <message>
+        <source>Online delete</source>
+        <translation>Eliminación en línea</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Cambio de nombre</translation>
+    </message>
+    <message>
+        <source>Continuous data protection</source>
+        <translation>Protección continua de datos</translation>
+    </message>
+    <message>
+        <source>Archive cleanup</source>
+        <translation>Limpieza de archivo</translation>
+    </message>
+    <message>
+        <source>Putback</source>
+        <translation>Devolución</translation>
+    </message>
+    <message>
+        <source>Sync</source>
+        <translation>Sincronización</translation>
+    </message>
+    <message>
+        <source>Local backup</source>
+        <translation>Copia de seguridad local</translation>
+    </message>
+    <message>
+        <source>Local restore</source>
+        <translation>Restauración local</translation>
+    </message>
+    <message>
+        <source>Local delete</source>
+        <translation>Eliminación local</translation>
+    </message>
+    <message>
+        <source>Express backup</source>
+        <translation>Copia de seguridad exprés</translation>
+    </message>
+    <message>
+        <source>Express restore</source>
+        <translation>Restauración exprés</translation>
+    </message>
+    <message>
+        <source>Express delete</source>
+        <translation>Eliminación exprés</translation>
+    </message>
+    <message>
+        <source>Network and external drive backup</source>
+        <translation>Copia de seguridad de unidades externas y de red</translation>
+    </message>
 </context>
 </TS>

@@ -699,5 +699,69 @@ Your account has been cancelled</source>
         <source>%@ keeps watch here. Click the icon to see your backups and to change your settings.</source>
         <translation>%@ はここで動作しています。アイコンをクリックすると、バックアップの確認や設定の変更ができます。</translation>
     </message>
+    <message>
+        <source>Online backup</source>
+        <translation>オンラインバックアップ</translation>
+    </message>
+    <message>
+        <source>Online restore</source>
+        <translation>オンライン復元</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>検索</translation>
+    </message>
+    <message>
+        <source>Online delete</source>
+        <translation>オンライン削除</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>名前の変更</translation>
+    </message>
+    <message>
+        <source>Continuous data protection</source>
+        <translation>継続的データ保護</translation>
+    </message>
+    <message>
+        <source>Archive cleanup</source>
+        <translation>アーカイブのクリーンアップ</translation>
+    </message>
+    <message>
+        <source>Putback</source>
+        <translation>元に戻す</translation>
+    </message>
+    <message>
+        <source>Sync</source>
+        <translation>同期</translation>
+    </message>
+    <message>
+        <source>Local backup</source>
+        <translation>ローカルバックアップ</translation>
+    </message>
+    <message>
+        <source>Local restore</source>
+        <translation>ローカル復元</translation>
+    </message>
+    <message>
+        <source>Local delete</source>
+        <translation>ローカル削除</translation>
+    </message>
+    <message>
+        <source>Express backup</source>
+        <translation>エクスプレスバックアップ</translation>
+    </message>
+    <message>
+        <source>Express restore</source>
+        <translation>エクスプレス復元</translation>
+    </message>
+    <message>
+        <source>Express delete</source>
+        <translation>エクスプレス削除</translation>
+    </message>
+    <message>
+        <source>Network and external drive backup</source>
+        <translation>ネットワークドライブと外付けドライブのバックアップ</translation>
+    </message>
 </context>
 </TS>
