@@ -61,7 +61,7 @@ const LocalizedText *displayName(qint64 optype)
     case 18:
         return &onlineDelete;
     case 6:
-        return &rename;
+        return &renaming;
     case 7:
         return &continuousDataProtection;
     case 8:
@@ -70,7 +70,7 @@ const LocalizedText *displayName(qint64 optype)
     case 9:
         return &putback;
     case 12:
-        return &sync;
+        return &synchronization;
     case 13:
     case 14:
         return &localBackup;

@@ -6,11 +6,11 @@ const LocalizedText onlineBackup{QT_TRANSLATE_NOOP("Localizable", "Online backup
 const LocalizedText onlineRestore{QT_TRANSLATE_NOOP("Localizable", "Online restore")};
 const LocalizedText search{QT_TRANSLATE_NOOP("Localizable", "Search")};
 const LocalizedText onlineDelete{QT_TRANSLATE_NOOP("Localizable", "Online delete")};
-const LocalizedText rename{QT_TRANSLATE_NOOP("Localizable", "Rename")};
+const LocalizedText renaming{QT_TRANSLATE_NOOP("Localizable", "Rename")};
 const LocalizedText continuousDataProtection{QT_TRANSLATE_NOOP("Localizable", "Continuous data protection")};
 const LocalizedText archiveCleanup{QT_TRANSLATE_NOOP("Localizable", "Archive cleanup")};
 const LocalizedText putback{QT_TRANSLATE_NOOP("Localizable", "Putback")};
-const LocalizedText sync{QT_TRANSLATE_NOOP("Localizable", "Sync")};
+const LocalizedText synchronization{QT_TRANSLATE_NOOP("Localizable", "Sync")};
 const LocalizedText localBackup{QT_TRANSLATE_NOOP("Localizable", "Local backup")};
 const LocalizedText localRestore{QT_TRANSLATE_NOOP("Localizable", "Local restore")};
 const LocalizedText localDelete{QT_TRANSLATE_NOOP("Localizable", "Local delete")};
