@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QStringDecoder>
 
 #include <array>
@@ -323,6 +322,29 @@ FileResult resultOf(int error)
     return error == 0 ? FileResult() : FileResult::failed(error);
 }
 
+/// All that is left in a file, which may grow meanwhile; none when that is more than `limit`.
+std::optional<QByteArray> readAll(int descriptor, qint64 expected, qint64 limit)
+{
+    constexpr qsizetype EndProbe = 1; // so that the end is met without another allocation
+    QByteArray bytes(expected + EndProbe, Qt::Uninitialized);
+    qsizetype done = 0;
+    for (;;) {
+        if (done == bytes.size())
+            bytes.resize(2 * bytes.size());
+        const ssize_t count = uninterrupted(
+            [&] { return ::read(descriptor, bytes.data() + done, std::size_t(bytes.size() - done)); });
+        if (count < 0)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        done += count;
+        if (done > limit)
+            return std::nullopt;
+    }
+    bytes.truncate(done);
+    return bytes;
+}
+
 /// A relative path would mean another place in each folder that the program is started in, and the system reads
 /// a name up to its first zero.
 bool namesOnePlace(const QString &path)
@@ -367,16 +389,18 @@ FileResult AtomicFile::makeFolders(const QString &path)
 
 std::optional<QByteArray> AtomicFile::read(const QString &path, qint64 limit)
 {
-    if (!QFileInfo(path).isFile()) // opening a pipe would wait for its writer
+    const QByteArray name = QFile::encodeName(path);
+    struct stat facts = {};
+    const auto isTaken = [&] { return S_ISREG(facts.st_mode) && facts.st_size <= limit; };
+    // To open a device may already do something. What takes the file's place after the look must not block
+    // either.
+    if (name.contains('\0') || ::stat(name.constData(), &facts) != 0 || !isTaken())
         return std::nullopt;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > limit)
+    constexpr int Flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const Descriptor file(uninterrupted([&] { return ::open(name.constData(), Flags); }));
+    if (!file.isOpen() || ::fstat(file, &facts) != 0 || !isTaken())
         return std::nullopt;
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError ||
-        bytes.size() > limit) // it may have grown since its size was asked
-        return std::nullopt;
-    return bytes;
+    return readAll(file, facts.st_size, limit);
 }
 
 FileResult AtomicFile::writeText(const QString &path, const QString &text)
