@@ -12,21 +12,23 @@ using namespace Qt::StringLiterals;
 std::optional<LogNodes> DayFile::read(QByteArrayView bytes, const QString &dayKey, const std::stop_token &stop,
                                       QString *reason)
 {
-    LogNodes nodes;
-    QSet<std::pair<QString, QString>> known;
-    const auto outcome = DayFileScan::run(bytes, dayKey, stop, [&](const DayFileScan::Record &record) {
-        const qsizetype before = known.size();
-        known.insert({record.node->optype, record.node->datetime});
-        if (known.size() == before)
-            return;
-        record.node->logfile = LogFileNames::sessionLogPath(record.node->logfile);
-        nodes.push_back(record.node);
-    });
+    DayFileScan::Outcome outcome = DayFileScan::run(bytes, dayKey, stop);
     if (reason)
         *reason = outcome.reason;
     if (!outcome.isWhole)
         return std::nullopt;
-    nodes.shrink_to_fit(); // it may be kept for as long as the list is on view
+    QSet<std::pair<QString, QString>> known;
+    known.reserve(qsizetype(outcome.records.size()));
+    LogNodes nodes;
+    nodes.reserve(outcome.records.size());
+    for (DayFileScan::Record &record : outcome.records) {
+        const qsizetype before = known.size();
+        known.insert({record.node->optype, record.node->datetime});
+        if (known.size() == before)
+            continue;
+        record.node->logfile = LogFileNames::sessionLogPath(record.node->logfile);
+        nodes.push_back(std::move(record.node));
+    }
     return nodes;
 }
 

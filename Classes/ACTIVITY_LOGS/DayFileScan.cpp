@@ -1,10 +1,10 @@
 #include "Classes/ACTIVITY_LOGS/DayFileScan.h"
 
+#include "Classes/ACTIVITY_LOGS/DayFileRecords.h"
+#include "Classes/ACTIVITY_LOGS/PlainDayFile.h"
 #include "Platform/Limits.h"
 
-#include <array>
 #include <climits>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,59 +15,12 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A value's element, and whether records often share its text.
-struct Field {
-    std::string_view element;
-    QString LogNode::*text;
-    bool isShared;
-};
-
-/// In the order of the file, so that the next one is nearly always the one looked for.
-constexpr std::array<Field, 11> Fields{{
-    {"datetime", &LogNode::datetime, false},
-    {"uname", &LogNode::uname, true},
-    {"files", &LogNode::files, true},
-    {"filesinsync", &LogNode::filesinsync, true},
-    {"status", &LogNode::status, true},
-    {"duration", &LogNode::duration, true},
-    {"content", &LogNode::content, true},
-    {"optype", &LogNode::optype, true},
-    {"lpath", &LogNode::lpath, true},
-    {"logfile", &LogNode::logfile, false},
-    {"logname", &LogNode::logname, true},
-}};
-
-/// Short texts that were met lately: records of a day repeat most of theirs, and a list of years holds each of
-/// them once a day instead of once a record.
-class SharedTexts
-{
-public:
-    QString text(std::string_view bytes)
-    {
-        if (bytes.empty())
-            return {};
-        if (bytes.size() > LongestBytes)
-            return QString::fromUtf8(bytes);
-        Entry &entry = m_entries[std::hash<std::string_view>()(bytes) % m_entries.size()];
-        if (entry.bytes != bytes)
-            entry = {std::string(bytes), QString::fromUtf8(bytes)};
-        return entry.text;
-    }
-
-private:
-    static constexpr std::size_t LongestBytes = 64;
-    struct Entry {
-        std::string bytes;
-        QString text;
-    };
-    std::array<Entry, 64> m_entries;
-};
-
+/// Any XML, as expat reads it.
 class Scanner
 {
 public:
-    Scanner(const QString &dayKey, const std::stop_token &stop, const DayFileScan::Take &take)
-        : m_dayKey(dayKey), m_stop(stop), m_take(take), m_parser(XML_ParserCreate(nullptr), XML_ParserFree)
+    Scanner(const QString &dayKey, const std::stop_token &stop)
+        : m_stop(stop), m_parser(XML_ParserCreate(nullptr), XML_ParserFree), m_maker(dayKey)
     {
     }
     DayFileScan::Outcome run(QByteArrayView bytes);
@@ -92,25 +45,20 @@ private:
     void start(std::string_view name);
     void end(std::string_view name);
     void addText(std::string_view text);
-    void endRecord();
+    void endStatus(int depth);
     void giveUp(const QString &reason);
-    const Field *fieldOf(std::string_view name);
 
-    const QString &m_dayKey;
     const std::stop_token &m_stop;
-    const DayFileScan::Take &m_take;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&XML_ParserFree)> m_parser;
     QString m_reason; ///< why it was given up
 
-    int m_depth = 0;     ///< elements that are open
-    int m_innermost = 0; ///< depth of the element that was opened last
-    int m_records = 0;
-    std::size_t m_nextField = 0;
+    DayFileRecords::Maker m_maker;
+    DayFileRecords::FieldOrder m_order;
     std::string m_text;
-    SharedTexts m_shared;
-    DayFileScan::Record m_record; ///< its node is null outside of records
-    int m_recordDepth = 0;
-    bool m_hasStatus = false; ///< of the record, one right within it
+    int m_depth = 0;          ///< elements that are open
+    int m_innermost = 0;      ///< depth of the element that was opened last
+    int m_recordDepth = 0;    ///< of the record that was opened last
+    bool m_hasStatus = false; ///< that record, one right within it
     bool m_holdsAnything = false;
 };
 
@@ -134,77 +82,54 @@ void Scanner::start(std::string_view name)
     m_text.clear();
     if (name != "record")
         return;
-    if (++m_records > Limits::DayFileRecords)
-        return giveUp(u"too many records"_s);
-    m_record.node = std::make_shared<LogNode>();
-    m_record.begin = qsizetype(XML_GetCurrentByteIndex(m_parser.get()));
-    m_record.isInProgress = false;
     m_recordDepth = m_depth;
     m_hasStatus = false;
-    m_nextField = 0;
-}
-
-const Field *Scanner::fieldOf(std::string_view name)
-{
-    for (std::size_t tried = 0; tried < Fields.size(); ++tried) {
-        const Field &field = Fields[m_nextField];
-        m_nextField = (m_nextField + 1) % Fields.size();
-        if (field.element == name)
-            return &field;
-    }
-    return nullptr;
+    if (!m_maker.begin(qsizetype(XML_GetCurrentByteIndex(m_parser.get()))))
+        giveUp(u"too many records"_s);
 }
 
 void Scanner::end(std::string_view name)
 {
     const int depth = m_depth--;
-    if (name == "record")
-        return endRecord();
-    const Field *field = fieldOf(name);
+    if (name == "record") {
+        XML_Parser parser = m_parser.get();
+        m_maker.end(qsizetype(XML_GetCurrentByteIndex(parser)) + XML_GetCurrentByteCount(parser));
+        return;
+    }
+    const DayFileRecords::Field *field = m_order.find(name);
     if (!field)
         return;
-    if (m_record.node) {
-        m_record.node.get()->*field->text = field->isShared
-                                                ? m_shared.text(m_text)
-                                                : QString::fromUtf8(m_text.data(), qsizetype(m_text.size()));
-        if (field->text == &LogNode::status && depth == m_recordDepth + 1 && !m_hasStatus) {
-            m_hasStatus = true;
-            constexpr int RecordBelowRoot = 2;
-            m_record.isInProgress =
-                m_recordDepth == RecordBelowRoot && m_innermost == depth && m_text == DayFileScan::InProgress;
-        }
-    }
+    m_maker.set(*field, m_text);
+    if (field->text == &LogNode::status && depth == m_recordDepth + 1 && !std::exchange(m_hasStatus, true))
+        endStatus(depth);
     m_text.clear();
 }
 
-void Scanner::endRecord()
+/// An element within the status is a part of its text that was not gathered.
+void Scanner::endStatus(int depth)
 {
-    if (!m_record.node)
-        return;
-    m_record.end = qsizetype(XML_GetCurrentByteIndex(m_parser.get())) + XML_GetCurrentByteCount(m_parser.get());
-    m_record.node->dayKey = m_dayKey;
-    m_take(std::exchange(m_record, {}));
+    constexpr int RecordBelowRoot = 2;
+    if (m_recordDepth == RecordBelowRoot && m_innermost == depth && m_text == DayFileScan::InProgress)
+        m_maker.setInProgress();
 }
 
 void Scanner::addText(std::string_view text)
 {
     m_text += text;
-    if (!m_record.node && !m_holdsAnything)
+    if (!m_maker.isOpen() && !m_holdsAnything)
         m_holdsAnything = text.find_first_not_of(" \t\r\n") != std::string_view::npos;
 }
 
 DayFileScan::Outcome Scanner::run(QByteArrayView bytes)
 {
     static_assert(Limits::DayFileBytes <= INT_MAX, "the parser counts in int");
-    if (bytes.size() > Limits::DayFileBytes)
-        return {.reason = u"too large"_s};
     XML_Parser parser = m_parser.get();
     XML_SetUserData(parser, this);
     XML_SetElementHandler(parser, didStart, didEnd);
     XML_SetCharacterDataHandler(parser, didMeetText);
     XML_SetStartDoctypeDeclHandler(parser, didMeetDocumentType);
     if (XML_Parse(parser, bytes.data(), int(bytes.size()), XML_TRUE) == XML_STATUS_OK)
-        return {.isWhole = true, .holdsAnything = m_holdsAnything};
+        return {.isWhole = true, .records = m_maker.take(), .holdsAnything = m_holdsAnything};
     if (XML_GetErrorCode(parser) == XML_ERROR_ABORTED)
         return {.reason = m_reason};
     return {.reason = u"line %1: %2"_s.arg(XML_GetCurrentLineNumber(parser))
@@ -212,8 +137,30 @@ DayFileScan::Outcome Scanner::run(QByteArrayView bytes)
 }
 } // namespace
 
-DayFileScan::Outcome DayFileScan::run(QByteArrayView bytes, const QString &dayKey, const std::stop_token &stop,
-                                      const Take &take)
+DayFileScan::Outcome DayFileScan::run(QByteArrayView bytes, const QString &dayKey, const std::stop_token &stop)
 {
-    return Scanner(dayKey, stop, take).run(bytes);
+    if (bytes.size() > Limits::DayFileBytes)
+        return {.reason = u"too large"_s};
+    DayFileRecords::Maker maker(dayKey);
+    if (PlainDayFile::scan(bytes, stop, maker)) {
+        std::vector<Record> records = maker.take();
+        const bool holdsAnything = !records.empty();
+        return {.isWhole = true, .records = std::move(records), .holdsAnything = holdsAnything};
+    }
+    return Scanner(dayKey, stop).run(bytes);
+}
+
+QByteArray DayFileScan::without(const std::vector<Record> &records, QByteArrayView bytes)
+{
+    QByteArray kept;
+    kept.reserve(bytes.size());
+    qsizetype from = 0;
+    for (const Record &record : records) {
+        kept += bytes.sliced(from, record.begin - from);
+        from = record.end;
+        // In an encoding of two bytes a unit, one of the two is no '>' here or no line feed.
+        if (from < bytes.size() && bytes[from - 1] == '>' && bytes[from] == '\n')
+            ++from;
+    }
+    return kept += bytes.sliced(from);
 }

@@ -2,11 +2,11 @@
 
 #include "Classes/ACTIVITY_LOGS/LogNode.h"
 
-#include <QByteArrayView>
+#include <QByteArray>
 #include <QString>
 
-#include <functional>
 #include <stop_token>
+#include <vector>
 
 /// One pass over the bytes of a day file. Reading and editing share it, so that what a list shows and what an
 /// edit takes away are always the same records.
@@ -20,17 +20,20 @@ struct Record {
     /// It lies right below the root, and its first `status` says that its job runs.
     bool isInProgress = false;
 };
-using Take = std::function<void(Record record)>;
 
 struct Outcome {
-    bool isWhole = false;       ///< else what was taken until then counts for nothing
-    QString reason;             ///< why it is not, for a trace; empty after a stop
+    bool isWhole = false;
+    QString reason; ///< why it is not, for a trace; empty after a stop
+    /// All of them, doubles too, in the order in which they end; none where it is not whole.
+    std::vector<Record> records;
     bool holdsAnything = false; ///< elements within the root, or text outside of records
 };
 
-/// Calls `take` with each record, doubles too, in the order in which they end.
-[[nodiscard]] Outcome run(QByteArrayView bytes, const QString &dayKey, const std::stop_token &stop,
-                          const Take &take);
+[[nodiscard]] Outcome run(QByteArrayView bytes, const QString &dayKey, const std::stop_token &stop = {});
+
+/// The bytes without those of `records`, which stand in the order of run(). The line feed behind each goes with
+/// it; every other byte stays.
+[[nodiscard]] QByteArray without(const std::vector<Record> &records, QByteArrayView bytes);
 
 /// The status of a record whose job runs.
 inline constexpr char InProgress[] = "In Progress";

@@ -1,0 +1,126 @@
+#include "Classes/ACTIVITY_LOGS/DayFileEdit.h"
+
+#include "Classes/ACTIVITY_LOGS/DayFileScan.h"
+#include "Classes/ACTIVITY_LOGS/LogFileNames.h"
+#include "Platform/StampedFile.h"
+#include "Source/Logger/WriteTrace.h"
+
+#include <QHash>
+#include <QSet>
+#include <QStringList>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// More changes in a row than any daemon makes.
+constexpr int MostAttempts = 5;
+
+/// What a record shares with its doubles of the same user.
+QStringList identityOf(const LogNode &node)
+{
+    return {node.optype, node.datetime, node.uname};
+}
+
+/// Which records of a file are meant.
+class Selection
+{
+public:
+    explicit Selection(const LogNodes &records)
+    {
+        for (const LogNodePtr &record : records)
+            m_logfiles[identityOf(*record)].insert(record->logfile);
+    }
+
+    /// Those of one state of the file, in its order.
+    [[nodiscard]] std::vector<DayFileScan::Record> of(std::vector<DayFileScan::Record> scanned) const
+    {
+        QSet<QStringList> present;
+        for (const auto &record : scanned) {
+            if (isNamed(*record.node))
+                present.insert(identityOf(*record.node));
+        }
+        std::erase_if(scanned, [&](const auto &record) { return !present.contains(identityOf(*record.node)); });
+        return scanned;
+    }
+
+private:
+    /// The session log may be gone by now, so where the path leads can't be asked again.
+    [[nodiscard]] bool isNamed(const LogNode &node) const
+    {
+        const auto logfiles = m_logfiles.constFind(identityOf(node));
+        return logfiles != m_logfiles.cend() &&
+               (logfiles->contains(node.logfile) ||
+                (!node.logfile.isEmpty() && logfiles->contains(LogFileNames::belowHome(node.logfile))));
+    }
+
+    QHash<QStringList, QSet<QString>> m_logfiles;
+};
+
+struct Edit {
+    bool changes = false;
+    QByteArray bytes;
+    bool leavesNothing = false;
+};
+
+/// None, with the cause, for a file that isn't well-formed.
+std::optional<Edit> edited(const QByteArray &bytes, const Selection &selection, QString *reason)
+{
+    DayFileScan::Outcome before = DayFileScan::run(bytes, {});
+    *reason = before.reason;
+    if (!before.isWhole)
+        return std::nullopt;
+    const std::vector<DayFileScan::Record> removed = selection.of(std::move(before.records));
+    if (removed.empty())
+        return Edit();
+    Edit edit{.changes = true, .bytes = DayFileScan::without(removed, bytes)};
+    const auto after = DayFileScan::run(edit.bytes, {});
+    *reason = after.reason;
+    if (!after.isWhole)
+        return std::nullopt;
+    edit.leavesNothing = !after.holdsAnything;
+    return edit;
+}
+
+FileResult carryOut(const QString &path, const Edit &edit, const FileStamp &stamp)
+{
+    const auto isUnchanged = [&] { return FileStamp::of(path) == stamp; };
+    if (!edit.leavesNothing)
+        return AtomicFile::write(path, edit.bytes, {.mayReplace = isUnchanged});
+    return isUnchanged() ? AtomicFile::remove(path) : FileResult::failed(ESTALE);
+}
+
+DayFileEdit::Outcome failed(const QString &path, const FileResult &result)
+{
+    traceFailure(path, result);
+    return DayFileEdit::Outcome::Failed;
+}
+} // namespace
+
+DayFileEdit::Outcome DayFileEdit::removeRecords(const QString &path, const LogNodes &records, const Read &read)
+{
+    const Selection selection(records);
+    FileResult result;
+    for (int attempt = 0; attempt < MostAttempts; ++attempt) {
+        const auto stamp = FileStamp::of(path);
+        if (!stamp)
+            return Outcome::Untouched;
+        const auto bytes = read(path, Limits::DayFileBytes);
+        if (!bytes)
+            return failed(path, FileResult::refused(u"it can't be read"_s));
+        QString reason;
+        const auto edit = edited(*bytes, selection, &reason);
+        if (!edit)
+            return failed(path, FileResult::refused(reason));
+        if (!edit->changes)
+            return Outcome::Untouched;
+        result = carryOut(path, *edit, *stamp);
+        if (result && traceFailure(path, result)) // its next failure is news
+            return edit->leavesNothing ? Outcome::Removed : Outcome::Rewritten;
+        if (result.error() != ESTALE)
+            break;
+    }
+    return failed(path, result);
+}
