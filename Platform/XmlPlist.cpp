@@ -2,6 +2,9 @@
 
 #include "Platform/BinaryPlistWriter.h"
 
+#include <QChar>
+#include <QStringView>
+
 #include <span>
 #include <utility>
 #include <vector>

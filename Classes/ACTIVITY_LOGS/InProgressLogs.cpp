@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <string_view>
 
 #include <sys/stat.h>
 
@@ -53,14 +54,24 @@ bool isWritten(const QString &path, const QByteArray &bytes, const FileStamp &st
     return true;
 }
 
+/// Nearly every file of a folder ends here, so nothing else is asked of it before.
+bool mayHoldRunningJobs(const QString &path)
+{
+    const auto bytes = AtomicFile::read(path, Limits::DayFileBytes);
+    return bytes &&
+           std::string_view(bytes->constData(), std::size_t(bytes->size())).find(DayFileScan::InProgress) !=
+               std::string_view::npos;
+}
+
 /// The session logs of the records that went from one file.
 QStringList cleanUp(const QString &path, std::chrono::nanoseconds lostAt)
 {
-    const auto stamp = FileStamp::of(path);
-    if (!stamp || std::max(stamp->modified, stamp->changed) > lostAt)
+    if (!mayHoldRunningJobs(path))
         return {};
+    // The stamp is taken before the bytes that it stands for.
+    const auto stamp = FileStamp::of(path);
     const auto bytes = AtomicFile::read(path, Limits::DayFileBytes);
-    if (!bytes || !bytes->contains(DayFileScan::InProgress))
+    if (!stamp || !bytes || std::max(stamp->modified, stamp->changed) > lostAt)
         return {};
     const std::vector<DayFileScan::Record> running = runningJobs(path, *bytes);
     if (running.empty() || !isWritten(path, DayFileScan::without(running, *bytes), *stamp))
