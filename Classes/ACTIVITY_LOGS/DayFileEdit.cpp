@@ -5,11 +5,10 @@
 #include "Platform/StampedFile.h"
 #include "Source/Logger/WriteTrace.h"
 
-#include <QHash>
 #include <QSet>
-#include <QStringList>
 
 #include <cerrno>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -19,10 +18,18 @@ namespace
 constexpr int MostAttempts = 5;
 
 /// What a record shares with its doubles of the same user.
-QStringList identityOf(const LogNode &node)
-{
-    return {node.optype, node.datetime, node.uname};
-}
+struct Identity {
+    QString optype;
+    QString datetime;
+    QString uname;
+
+    explicit Identity(const LogNode &node) : optype(node.optype), datetime(node.datetime), uname(node.uname) {}
+    friend bool operator==(const Identity &a, const Identity &b) = default;
+    friend std::size_t qHash(const Identity &one, std::size_t seed = 0)
+    {
+        return qHashMulti(seed, one.optype, one.datetime, one.uname);
+    }
+};
 
 /// Which records of a file are meant.
 class Selection
@@ -30,33 +37,32 @@ class Selection
 public:
     explicit Selection(const LogNodes &records)
     {
+        m_named.reserve(qsizetype(records.size()));
         for (const LogNodePtr &record : records)
-            m_logfiles[identityOf(*record)].insert(record->logfile);
+            m_named.insert({Identity(*record), record->logfile});
     }
 
     /// Those of one state of the file, in its order.
     [[nodiscard]] std::vector<DayFileScan::Record> of(std::vector<DayFileScan::Record> scanned) const
     {
-        QSet<QStringList> present;
+        QSet<Identity> present;
         for (const auto &record : scanned) {
-            if (isNamed(*record.node))
-                present.insert(identityOf(*record.node));
+            if (Identity identity(*record.node); isNamed(identity, record.node->logfile))
+                present.insert(std::move(identity));
         }
-        std::erase_if(scanned, [&](const auto &record) { return !present.contains(identityOf(*record.node)); });
+        std::erase_if(scanned, [&](const auto &record) { return !present.contains(Identity(*record.node)); });
         return scanned;
     }
 
 private:
-    /// The session log may be gone by now, so where the path leads can't be asked again.
-    [[nodiscard]] bool isNamed(const LogNode &node) const
+    /// The session log may be gone by now, so where its path leads can't be asked again.
+    [[nodiscard]] bool isNamed(const Identity &identity, const QString &logfile) const
     {
-        const auto logfiles = m_logfiles.constFind(identityOf(node));
-        return logfiles != m_logfiles.cend() &&
-               (logfiles->contains(node.logfile) ||
-                (!node.logfile.isEmpty() && logfiles->contains(LogFileNames::belowHome(node.logfile))));
+        return m_named.contains({identity, logfile}) ||
+               (!logfile.isEmpty() && m_named.contains({identity, LogFileNames::belowHome(logfile)}));
     }
 
-    QHash<QStringList, QSet<QString>> m_logfiles;
+    QSet<std::pair<Identity, QString>> m_named;
 };
 
 struct Edit {

@@ -141,8 +141,7 @@ DayFileScan::Outcome DayFileScan::run(QByteArrayView bytes, const QString &dayKe
 {
     if (bytes.size() > Limits::DayFileBytes)
         return {.reason = u"too large"_s};
-    DayFileRecords::Maker maker(dayKey);
-    if (PlainDayFile::scan(bytes, stop, maker)) {
+    if (DayFileRecords::Maker maker(dayKey); PlainDayFile::scan(bytes, stop, maker)) {
         std::vector<Record> records = maker.take();
         const bool holdsAnything = !records.empty();
         return {.isWhole = true, .records = std::move(records), .holdsAnything = holdsAnything};

@@ -53,11 +53,16 @@ std::optional<QStringView> beforeEnding(QStringView base)
     return std::nullopt;
 }
 
-bool isBelowUserFolder(const QString &path, const QString &home)
+bool isBelow(const QString &path, const QString &folder)
 {
-    return path.contains("/Users/"_L1) || path.contains("/home/"_L1) ||
-           (path.startsWith(home) && path.size() > home.size() &&
-            (home.endsWith(u'/') || path[home.size()] == u'/'));
+    return path.startsWith(folder) && path.size() > folder.size() &&
+           (folder.endsWith(u'/') || path[folder.size()] == u'/');
+}
+
+/// The commoner places of home folders first: to ask for this one costs more.
+bool isBelowUserFolder(const QString &path)
+{
+    return path.contains("/home/"_L1) || path.contains("/Users/"_L1) || isBelow(path, homeDirectory());
 }
 } // namespace
 
@@ -99,7 +104,7 @@ QString LogFileNames::belowHome(const QString &path)
 
 QString LogFileNames::sessionLogPath(const QString &path)
 {
-    if (path.isEmpty() || isBelowUserFolder(path, homeDirectory()))
+    if (path.isEmpty() || isBelowUserFolder(path))
         return path;
     // A relative path would mean another place in each folder that the program is started in.
     struct stat facts = {};
