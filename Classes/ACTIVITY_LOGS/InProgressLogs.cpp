@@ -26,7 +26,8 @@ QStringList dayFiles(const QString &folder)
     QStringList paths;
     if (!folder.startsWith(u'/')) // no folder is known
         return paths;
-    QDirIterator entries(folder, QDir::Files | QDir::Hidden);
+    // What a link leads to lies elsewhere, and is nobody's to open for everybody.
+    QDirIterator entries(folder, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     while (entries.hasNext()) {
         if (QString path = entries.next(); path.endsWith(".xml"_L1))
             paths.push_back(std::move(path));

@@ -1,19 +1,33 @@
 #include "Classes/ACTIVITY_LOGS/PlainDayFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace
 {
 using DayFileRecords::Field;
 
-/// Bytes that stand in a value for themselves alone. '>' does too, but for the end of CDATA that it may be.
+/// Bytes that stand in a value for themselves alone, or are part of a character that may. '>' does too, but for
+/// the end of CDATA that it may be.
 constexpr std::array<bool, 256> Plain = [] {
     std::array<bool, 256> plain{};
-    for (int c = 0x20; c < 0x80; ++c)
+    for (int c = 0x20; c < 0x100; ++c)
         plain[std::size_t(c)] = c != '<' && c != '>' && c != '&';
     return plain;
 }();
+
+/// Whether all of it is UTF-8 that XML can hold. What is doubtful is left to the other parser, as a replacement
+/// character that really stands there.
+bool isText(std::string_view bytes)
+{
+    if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return uchar(c) < 0x80; }))
+        return true;
+    const QString text = QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
+    return std::all_of(text.begin(), text.end(),
+                       [](QChar c) { return c < QChar(QChar::ReplacementCharacter); });
+}
 
 class Reader
 {
@@ -105,7 +119,7 @@ bool Reader::readValue(bool &hasStatus)
         if (!passes(">"))
             return false;
         value = passPlain();
-        if (!passes("</") || !passes(field->element) || !passes(">"))
+        if (!isText(value) || !passes("</") || !passes(field->element) || !passes(">"))
             return false;
     }
     m_maker.set(*field, value);

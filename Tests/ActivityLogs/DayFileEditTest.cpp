@@ -171,6 +171,8 @@ TEST_F(DayFileEditTest, WhatCameAfterTheLossAndWhatIsNoDayFileStays)
     home.write(file, bytes);
     ASSERT_EQ(::mkfifo(QFile::encodeName(folder + u"/09-25-2026.xml"_s).constData(), 0600), 0);
     ASSERT_TRUE(QDir(folder).mkdir(u"09-26-2026.xml"_s));
+    ASSERT_TRUE(QFile::link(home.path(u"elsewhere"_s), folder + u"/09-27-2026.xml"_s));
+    home.write(u"elsewhere"_s, bytes);
     const auto lost = FileStamp::of(file)->modified - std::chrono::nanoseconds(1);
     EXPECT_EQ(InProgressLogs::removeInProgressLogsFromXML(folder, lost), QStringList());
     std::stop_source stopped;
@@ -180,5 +182,6 @@ TEST_F(DayFileEditTest, WhatCameAfterTheLossAndWhatIsNoDayFileStays)
     EXPECT_EQ(home.read(file), bytes);
     EXPECT_EQ(InProgressLogs::removeInProgressLogsFromXML(folder, fileClockNow()),
               QStringList{u"/home/eva/1"_s});
+    EXPECT_EQ(home.read(u"elsewhere"_s), bytes);
     EXPECT_EQ(InProgressLogs::removeInProgressLogsFromXML({}, fileClockNow()), QStringList());
 }
