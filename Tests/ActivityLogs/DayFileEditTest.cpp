@@ -29,6 +29,12 @@ QByteArray record(const QByteArray &uname, const QByteArray &datetime, const QBy
            status + "</status>\n\t<optype>1</optype>\n\t<logfile>" + logfile + "</logfile>\n</record>\n";
 }
 
+QByteArray utf16(const QByteArray &text)
+{
+    const QString units = QChar(QChar::ByteOrderMark) + QString::fromUtf8(text);
+    return {reinterpret_cast<const char *>(units.utf16()), 2 * units.size()};
+}
+
 class DayFileEditTest : public testing::Test
 {
 protected:
@@ -43,6 +49,10 @@ protected:
         node.optype = u"1"_s;
         node.logfile = u"/home/ana/1"_s;
         return DayFileEdit::removeRecords(file, {std::make_shared<LogNode>(node)});
+    }
+    QStringList cleanUp(const std::stop_token &stop = {}) const
+    {
+        return InProgressLogs::removeInProgressLogsFromXML(folder, fileClockNow(), stop);
     }
     mode_t mode() const
     {
@@ -65,31 +75,23 @@ TEST_F(DayFileEditTest, OnlyTheRecordAndItsDoublesGo)
         Outcome outcome;
         QByteArray bytes; ///< null where the file is gone
     };
-    const auto utf16 = [](const QByteArray &text) {
-        const QString units = QChar(QChar::ByteOrderMark) + QString::fromUtf8(text);
-        return QByteArray(reinterpret_cast<const char *>(units.utf16()), 2 * units.size());
-    };
     const Row<QByteArray, Expected> rows[] = {
         {"others stay",
-         "<records>" + eva + ana + later + "</records>\r\n",
-         {Outcome::Rewritten, "<records>" + eva + later + "</records>\r\n"}},
+         "<r>" + eva + ana + later + "</r>\r\n",
+         {Outcome::Rewritten, "<r>" + eva + later + "</r>\r\n"}},
         {"doubles of the user",
-         "<records>\n" + twin + ana + eva + twin + "</records>",
-         {Outcome::Rewritten, "<records>\n" + eva + "</records>"}},
-        {"no line feed behind",
-         "<records>" + ana.trimmed() + eva + "</records>",
-         {Outcome::Rewritten, "<records>" + eva + "</records>"}},
+         "<r>" + twin + ana + eva + twin + "</r>",
+         {Outcome::Rewritten, "<r>" + eva + "</r>"}},
+        {"nothing between", "<r>" + ana.trimmed() + eva + "</r>", {Outcome::Rewritten, "<r>" + eva + "</r>"}},
         {"what nobody knows",
-         "<records><new a='1'/>\n" + ana + "</records>",
-         {Outcome::Rewritten, "<records><new a='1'/>\n</records>"}},
+         "<r><new a='1'/>\n" + ana + "</r>",
+         {Outcome::Rewritten, "<r><new a='1'/>\n</r>"}},
         {"two bytes a unit",
-         utf16("<records>" + ana + eva + "</records>"),
-         {Outcome::Rewritten, utf16("<records>\n" + eva + "</records>")}},
+         utf16("<r>" + ana + eva + "</r>"),
+         {Outcome::Rewritten, utf16("<r>\n" + eva + "</r>")}},
         {"the last one", "<?xml version='1.0'?>\n<records>\n" + ana + "</records>\n", {Outcome::Removed, {}}},
-        {"only the twin is left",
-         "<records>" + twin + "</records>",
-         {Outcome::Untouched, "<records>" + twin + "</records>"}},
-        {"damaged behind it", "<records>" + ana + "<", {Outcome::Failed, "<records>" + ana + "<"}},
+        {"only the twin is left", "<r>" + twin + "</r>", {Outcome::Untouched, "<r>" + twin + "</r>"}},
+        {"damaged behind it", "<r>" + ana + "<", {Outcome::Failed, "<r>" + ana + "<"}},
     };
     forEachRow(rows, [&](const auto &row) {
         EXPECT_EQ(deleteFrom(row.given), row.expected.outcome);
@@ -111,26 +113,20 @@ TEST_F(DayFileEditTest, ARecordIsFoundAfterItsSessionLogHasGone)
 TEST_F(DayFileEditTest, AFileThatChangesMeanwhileIsReadAnew)
 {
     const QByteArray ana = record("ana", "10:00", "/home/ana/1"), eva = record("eva", "10:00", "/home/eva/1");
-    const struct {
-        const char *name;
-        int changes;
-        Outcome outcome;
-        QByteArray bytes;
-    } rows[] = {
-        {"once", 1, Outcome::Rewritten, "<records>" + eva + "</records>"},
-        {"without end", 99, Outcome::Failed, "<records>" + ana + eva + "</records>"},
+    const Row<int, std::pair<Outcome, QByteArray>> rows[] = {
+        {"once", 1, {Outcome::Rewritten, eva}},
+        {"without end", 99, {Outcome::Failed, ana + eva}},
     };
     forEachRow(rows, [&](const auto &row) {
-        home.write(file, "<records>" + ana + "</records>");
+        home.write(file, "<r>" + ana + "</r>");
         int changes = 0;
         const auto readWhileItChanges = [&](const QString &path, qint64 limit) {
             const auto bytes = AtomicFile::read(path, limit);
-            EXPECT_TRUE(changes++ >= row.changes ||
-                        AtomicFile::write(path, "<records>" + ana + eva + "</records>"));
+            EXPECT_TRUE(changes++ >= row.given || AtomicFile::write(path, "<r>" + ana + eva + "</r>"));
             return bytes;
         };
-        EXPECT_EQ(DayFileEdit::removeRecords(file, {nodes().front()}, readWhileItChanges), row.outcome);
-        EXPECT_EQ(home.read(file), row.bytes);
+        EXPECT_EQ(DayFileEdit::removeRecords(file, {nodes().front()}, readWhileItChanges), row.expected.first);
+        EXPECT_EQ(home.read(file), "<r>" + row.expected.second + "</r>");
     });
 }
 
@@ -138,15 +134,10 @@ TEST_F(DayFileEditTest, RunningJobsGoFromFilesThatStoodThen)
 {
     const QByteArray runs = record("eva", "1", "/home/eva/1", "In Progress"),
                      ended = record("ana", "2", "/home/ana/1");
-    struct Expected {
-        QByteArray bytes;
-        QStringList logfiles;
-    };
-    const Row<QByteArray, Expected> rows[] = {
-        {"of any user",
-         "<records>\n" + runs + ended + "</records>\n",
-         {"<records>\n" + ended + "</records>\n", {u"/home/eva/1"_s}}},
-        {"the last", "<records>" + runs + "</records>", {"<records></records>", {u"/home/eva/1"_s}}},
+    const Row<QByteArray, QByteArray> rows[] = {
+        // null where the file stays as it is
+        {"of any user", "<r>\n" + runs + ended + "</r>\n", "<r>\n" + ended + "</r>\n"},
+        {"the last", "<r>" + runs + "</r>", "<r></r>"},
         {"by its first status", "<r><record><status/><status>In Progress</status></record></r>", {}},
         {"not quite the word", "<r>" + record("a", "1", "x", "In Progress ") + "</r>", {}},
         {"part of a word", "<r><record><status>Not <b>In Progress</b></status></record></r>", {}},
@@ -157,9 +148,9 @@ TEST_F(DayFileEditTest, RunningJobsGoFromFilesThatStoodThen)
         home.write(file, row.given);
         ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), 0640), 0);
         const auto before = FileStamp::of(file);
-        EXPECT_EQ(InProgressLogs::removeInProgressLogsFromXML(folder, fileClockNow()), row.expected.logfiles);
-        const bool isWritten = !row.expected.bytes.isNull();
-        EXPECT_EQ(home.read(file), isWritten ? row.expected.bytes : row.given);
+        const bool isWritten = !row.expected.isNull();
+        EXPECT_EQ(cleanUp(), isWritten ? QStringList{u"/home/eva/1"_s} : QStringList());
+        EXPECT_EQ(home.read(file), isWritten ? row.expected : row.given);
         EXPECT_EQ(mode(), mode_t(isWritten ? 0777 : 0640));
         EXPECT_EQ(before == FileStamp::of(file), !isWritten);
     });
@@ -177,11 +168,9 @@ TEST_F(DayFileEditTest, WhatCameAfterTheLossAndWhatIsNoDayFileStays)
     EXPECT_EQ(InProgressLogs::removeInProgressLogsFromXML(folder, lost), QStringList());
     std::stop_source stopped;
     stopped.request_stop();
-    EXPECT_EQ(InProgressLogs::removeInProgressLogsFromXML(folder, fileClockNow(), stopped.get_token()),
-              QStringList());
+    EXPECT_EQ(cleanUp(stopped.get_token()), QStringList());
     EXPECT_EQ(home.read(file), bytes);
-    EXPECT_EQ(InProgressLogs::removeInProgressLogsFromXML(folder, fileClockNow()),
-              QStringList{u"/home/eva/1"_s});
+    EXPECT_EQ(cleanUp(), QStringList{u"/home/eva/1"_s});
     EXPECT_EQ(home.read(u"elsewhere"_s), bytes);
     EXPECT_EQ(InProgressLogs::removeInProgressLogsFromXML({}, fileClockNow()), QStringList());
 }
