@@ -35,6 +35,8 @@ inline constexpr qint64 ArchiveSteps = 16LL * 1024 * 1024;
 inline constexpr qint64 DayFileBytes = 256 * 1024 * 1024;
 inline constexpr int DayFileRecords = 1'000'000;
 inline constexpr int DayFileDepth = 100; ///< levels of elements
+/// A value of a record: ten times the longest path. What is behind it stays in the file, and is not listed.
+inline constexpr std::size_t DayFileValueBytes = 64 * 1024;
 /// @}
 
 /// @name Messages of the daemons

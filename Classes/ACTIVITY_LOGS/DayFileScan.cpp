@@ -4,6 +4,7 @@
 #include "Classes/ACTIVITY_LOGS/PlainDayFile.h"
 #include "Platform/Limits.h"
 
+#include <algorithm>
 #include <climits>
 #include <memory>
 #include <string>
@@ -115,7 +116,12 @@ void Scanner::endStatus(int depth)
 
 void Scanner::addText(std::string_view text)
 {
-    m_text += text;
+    if (m_stop.stop_requested())
+        return giveUp({});
+    std::size_t taken = std::min(text.size(), Limits::DayFileValueBytes - m_text.size());
+    while (taken > 0 && taken < text.size() && (uchar(text[taken]) & 0xC0) == 0x80) // within a letter
+        --taken;
+    m_text += text.substr(0, taken);
     if (!m_maker.isOpen() && !m_holdsAnything)
         m_holdsAnything = text.find_first_not_of(" \t\r\n") != std::string_view::npos;
 }

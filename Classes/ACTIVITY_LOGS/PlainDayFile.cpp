@@ -1,5 +1,7 @@
 #include "Classes/ACTIVITY_LOGS/PlainDayFile.h"
 
+#include "Platform/Limits.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -18,10 +20,12 @@ constexpr std::array<bool, 256> Plain = [] {
     return plain;
 }();
 
-/// Whether all of it is UTF-8 that XML can hold. What is doubtful is left to the other parser, as a replacement
-/// character that really stands there.
+/// Whether all of it is UTF-8 that XML can hold, and is to be listed whole. What is doubtful is left to the
+/// other parser, as a replacement character that really stands there.
 bool isText(std::string_view bytes)
 {
+    if (bytes.size() > Limits::DayFileValueBytes)
+        return false;
     if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return uchar(c) < 0x80; }))
         return true;
     const QString text = QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));

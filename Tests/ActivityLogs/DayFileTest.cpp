@@ -48,6 +48,9 @@ TEST(DayFileTest, RecordsComeAsTheyStand)
         {"a double of any user", first + QByteArray(first).replace(">a<", ">b<"), u"1|d||a "_s},
         {"the same digits, cut elsewhere", late + early, u"1|12-05|| 11|2-05|| "_s},
     };
+    const QByteArray endless = QByteArray("日").repeated(30'000);
+    EXPECT_EQ(recordsIn(inRecords("<record><uname>" + endless + "</uname></record>")),
+              u"|||"_s + QString(21'845, u'日') + u' ');
     forEachRow(rows, [](const auto &row) {
         EXPECT_EQ(recordsIn(inRecords(row.given)), row.expected);
         EXPECT_EQ(recordsIn(inRecords(row.given) + "<!-- in no form of ours -->"), row.expected);
