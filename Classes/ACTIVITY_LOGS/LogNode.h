@@ -21,6 +21,7 @@ struct LogNode {
     QString logfile;     ///< absolute path of the job's session log; empty where it has none
     QString logname;     ///< what the record calls its day; kept, never used as a path
     QString dayKey;      ///< base name of the day file that the record was read from; no element of it
+    int place = 0;       ///< how many records stood before it in that file; no element either
 
     /// The record's block of a day file: see DayFile. XML's own characters are escaped, those that XML cannot
     /// hold are left out. Nothing only where there would be no record, which does not happen.
