@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace
 {
 constexpr int YearsOfThisCentury = 70; // "69" is 2069, "70" is 1970
@@ -89,7 +87,7 @@ bool readDay(DateScanner &in, DateFields &fields)
     if (!day)
         return false;
     fields.day = day->value;
-    for (const auto ending : {"st"_L1, "nd"_L1, "rd"_L1, "th"_L1}) {
+    for (const QStringView ending : {u"st", u"nd", u"rd", u"th"}) {
         if (in.skipWord(ending))
             break;
     }
@@ -180,7 +178,7 @@ TimeStyle skipToTime(DateScanner &in)
             in.skip(in.peek());
         else if (in.peek() == u'(' && in.peek(2) == u')') // "(木)"
             in.moveTo(in.position() + 3);
-        else if (!in.skip(u',') && !in.skipWord("at"_L1) && !in.skipWord("a"_L1) && !in.skipWord("las"_L1) &&
+        else if (!in.skip(u',') && !in.skipWord(u"at") && !in.skipWord(u"a") && !in.skipWord(u"las") &&
                  in.position() == start)
             break;
     }
@@ -224,7 +222,7 @@ std::optional<WrittenDate> dayFirst(DateScanner in)
     const auto skipLink = [&in] {
         in.skipBlanks();
         in.skip(u'-');
-        if (in.skipWord("de"_L1) || in.skipWord("del"_L1))
+        if (in.skipWord(u"de") || in.skipWord(u"del"))
             in.skipBlanks();
     };
     DateFields fields;

@@ -24,10 +24,10 @@ constexpr QStringView Weekdays[] = {u"sunday",   u"monday", u"tuesday", u"wednes
 
 /// Counted from 1. A name stands whole or as its first three letters.
 template<class Names>
-std::optional<int> placeOfName(const Names &names, const QString &word)
+std::optional<int> placeOfName(const Names &names, QStringView word)
 {
-    const auto found = std::find_if(std::begin(names), std::end(names), [&word](QStringView name) {
-        return word == name || (word.size() == 3 && name.startsWith(word));
+    const auto found = std::find_if(std::begin(names), std::end(names), [word](QStringView name) {
+        return isWord(word, word.size() == 3 ? name.first(3) : name);
     });
     if (found == std::end(names))
         return std::nullopt;
@@ -144,11 +144,14 @@ std::optional<WrittenDate> DateForms::readAs(QStringView pattern, QStringView te
 
 std::optional<int> DateForms::monthNamed(QStringView name)
 {
-    if (name.size() < 3)
+    const qsizetype length = name.size();
+    if (length < 3)
         return std::nullopt;
     for (int i = 0; i < 12; ++i) {
-        if (EnglishMonths[i].startsWith(name) || SpanishMonths[i].startsWith(name))
-            return i + 1;
+        for (const QStringView month : {EnglishMonths[i], SpanishMonths[i]}) {
+            if (length <= month.size() && isWord(name, month.first(length)))
+                return i + 1;
+        }
     }
     return std::nullopt;
 }

@@ -13,6 +13,6 @@ namespace DateForms
 /// the year, English names); a blank of it is one or more in the text.
 [[nodiscard]] std::optional<WrittenDate> readAs(QStringView pattern, QStringView text);
 
-/// 1 to 12 for a name of a month, in lower case, English or Spanish, whole or cut to three letters or more.
+/// 1 to 12 for a name of a month, English or Spanish, whole or cut to three letters or more.
 [[nodiscard]] std::optional<int> monthNamed(QStringView name);
 } // namespace DateForms

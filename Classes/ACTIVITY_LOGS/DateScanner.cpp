@@ -2,17 +2,9 @@
 
 #include <QDate>
 
-using namespace Qt::StringLiterals;
-
 namespace
 {
 constexpr qint64 DaySeconds = 86'400;
-constexpr qsizetype LongestName = 12; // "septiembre", and what may follow
-
-bool isDigit(char16_t unit)
-{
-    return unit >= u'0' && unit <= u'9';
-}
 } // namespace
 
 std::optional<WrittenDate> writtenDate(const DateFields &fields)
@@ -30,16 +22,6 @@ std::optional<WrittenDate> writtenDate(const DateFields &fields)
                        .isUtc = fields.secondsOffUtc.has_value()};
 }
 
-char16_t DateScanner::peek(qsizetype ahead) const
-{
-    return m_position + ahead < m_text.size() ? m_text[m_position + ahead].unicode() : u'\0';
-}
-
-bool DateScanner::isDigitAhead(qsizetype ahead) const
-{
-    return isDigit(peek(ahead));
-}
-
 bool DateScanner::skipBlanks()
 {
     const qsizetype start = m_position;
@@ -55,10 +37,10 @@ bool DateScanner::skip(char16_t unit)
     return isThere;
 }
 
-bool DateScanner::skipWord(QLatin1StringView wanted)
+bool DateScanner::skipWord(QStringView wanted)
 {
     const qsizetype start = m_position;
-    if (word() == wanted)
+    if (isWord(word(), wanted))
         return true;
     m_position = start;
     return false;
@@ -77,29 +59,29 @@ std::optional<DateScanner::Number> DateScanner::number(int leastDigits, int most
     return number;
 }
 
-QString DateScanner::word()
+QStringView DateScanner::word()
 {
     const qsizetype start = m_position;
     while (!isAtEnd() && m_text[m_position].isLetter())
         ++m_position;
-    const QStringView letters = m_text.sliced(start, m_position - start);
-    return letters.size() > LongestName ? letters.toString() : letters.toString().toLower();
+    return m_text.sliced(start, m_position - start);
 }
 
 std::optional<bool> DateScanner::half()
 {
     const qsizetype start = m_position;
-    const QString letters = word();
-    if (letters == "am"_L1 || letters == u"午前"_s)
+    const QStringView letters = word();
+    if (isWord(letters, u"am") || letters == u"午前")
         return false;
-    if (letters == "pm"_L1 || letters == u"午後"_s)
+    if (isWord(letters, u"pm") || letters == u"午後")
         return true;
-    if (letters == "a"_L1 || letters == "p"_L1) {
+    if (isWord(letters, u"a") || isWord(letters, u"p")) {
+        const bool isAfternoon = isWord(letters, u"p");
         skip(u'.');
         skipBlanks();
-        if (skipWord("m"_L1)) {
+        if (skipWord(u"m")) {
             skip(u'.');
-            return letters == "p"_L1;
+            return isAfternoon;
         }
     }
     m_position = start;
@@ -109,10 +91,10 @@ std::optional<bool> DateScanner::half()
 std::optional<int> DateScanner::zone()
 {
     const qsizetype start = m_position;
-    const QString letters = word();
-    if (letters == "z"_L1)
+    const QStringView letters = word();
+    if (isWord(letters, u"z"))
         return 0;
-    if (letters == "utc"_L1 || letters == "gmt"_L1)
+    if (isWord(letters, u"utc") || isWord(letters, u"gmt"))
         return signedOffset().value_or(0);
     if (letters.isEmpty()) {
         if (const auto offset = signedOffset())

@@ -27,6 +27,15 @@ struct WrittenDate {
 /// Nothing unless there is such a day and such a time; a year has up to four digits.
 [[nodiscard]] std::optional<WrittenDate> writtenDate(const DateFields &fields);
 
+/// Whether `text` is a word of small letters, in any case.
+[[nodiscard]] inline bool isWord(QStringView text, QStringView word)
+{
+    // Most words differ in their first letter, which costs far less to see.
+    return text.size() == word.size() &&
+           (text.isEmpty() || (text[0].unicode() | 0x20) == (word[0].unicode() | 0x20)) &&
+           text.compare(word, Qt::CaseInsensitive) == 0;
+}
+
 /// Walks over a text of dates from left to right. What is not there moves nothing. Digits are ASCII's, letters
 /// and white space are Unicode's.
 class DateScanner
@@ -43,19 +52,25 @@ public:
     [[nodiscard]] qsizetype position() const { return m_position; }
     void moveTo(qsizetype position) { m_position = position; }
     /// The unit `ahead` of the next one; a NUL behind the end.
-    [[nodiscard]] char16_t peek(qsizetype ahead = 0) const;
-    [[nodiscard]] bool isDigitAhead(qsizetype ahead = 0) const;
+    [[nodiscard]] char16_t peek(qsizetype ahead = 0) const
+    {
+        return m_position + ahead < m_text.size() ? m_text[m_position + ahead].unicode() : u'\0';
+    }
+    [[nodiscard]] bool isDigitAhead(qsizetype ahead = 0) const
+    {
+        return peek(ahead) >= u'0' && peek(ahead) <= u'9';
+    }
 
     /// Whether there was any.
     bool skipBlanks();
     bool skip(char16_t unit);
     /// A word is as long as its letters go, in any case.
-    bool skipWord(QLatin1StringView word);
+    bool skipWord(QStringView word);
 
     /// A run of digits whose length lies between the two; any other is no number.
     std::optional<Number> number(int leastDigits, int mostDigits);
-    /// A run of letters, in lower case where it is short enough for a name; empty where there is none.
-    QString word();
+    /// A run of letters; empty where there is none.
+    QStringView word();
     /// "AM", "p.m.", "a. m.", "午後" as whether it is afternoon.
     std::optional<bool> half();
     /// "Z", "UTC", "GMT+1", "+0100", "-03:30", "+01" in seconds.
