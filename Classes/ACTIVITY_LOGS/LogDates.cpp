@@ -23,6 +23,17 @@ qint64 offsetAt(qint64 utcSeconds)
     return QDateTime::fromSecsSinceEpoch(utcSeconds).offsetFromUtc();
 }
 
+/// As much of a text as is looked at. A number that is cut is another number, so it goes whole.
+QStringView beginning(QStringView text)
+{
+    if (text.size() <= LogDates::LongestText)
+        return text;
+    text = text.first(LogDates::LongestText);
+    while (!text.isEmpty() && text.back().isDigit())
+        text.chop(1);
+    return text;
+}
+
 /// Letters, digits and colons of full width, and blanks of other widths, as the detector knows them.
 std::optional<WrittenDate> detected(QStringView text)
 {
@@ -30,19 +41,13 @@ std::optional<WrittenDate> detected(QStringView text)
     if (isPlain)
         return DateDetector::firstDate(text);
     const QString compatible = text.toString().normalized(QString::NormalizationForm_KC);
-    return DateDetector::firstDate(QStringView(compatible).left(LogDates::LongestText));
+    return DateDetector::firstDate(beginning(compatible));
 }
 
 std::optional<WrittenDate> writtenIn(QStringView text)
 {
-    if (text.size() > LogDates::LongestText) {
-        text = text.first(LogDates::LongestText);
-        while (!text.isEmpty() && text.back().isDigit()) // half a year is another year
-            text.chop(1);
-        return detected(text);
-    }
-    const auto date = DateForms::read(text);
-    return date ? date : detected(text);
+    const auto date = text.size() <= LogDates::LongestText ? DateForms::read(text) : std::nullopt;
+    return date ? date : detected(beginning(text));
 }
 
 void append(QString &text, int value, int digits)

@@ -30,7 +30,7 @@ QString names(const LogNodes &records)
     return text;
 }
 
-const QDateTime Now = QDateTime(QDate(2026, 9, 24), QTime(12, 0));
+const QDateTime Now = QDateTime(QDate(2026, 9, 23), QTime(12, 0));
 } // namespace
 
 TEST(LogSortingTest, WhatRunsStandsOnTopAndWhatHasNoDateLastInBothDirections)
@@ -49,13 +49,13 @@ TEST(LogSortingTest, WhatRunsStandsOnTopAndWhatHasNoDateLastInBothDirections)
     records[1]->place = 7;
     const LogNodes asTheyCame = records;
     LogSorting::sortRecords(records, true, Now);
-    EXPECT_EQ(names(records), u"FGdNCAHeb0"_s);
+    EXPECT_EQ(names(records), u"FGdCNAHeb0"_s);
     LogSorting::sortLogsArray(records, {Key::DateTime, true}, {}, Now);
-    EXPECT_EQ(names(records), u"GFdAHCNeb0"_s);
+    EXPECT_EQ(names(records), u"GFdAHNCeb0"_s);
     records = asTheyCame;
     records[1]->dayKey = u"01-02-2027_cdp"_s;
     LogSorting::sortRecords(records, false, Now);
-    EXPECT_EQ(names(records), u"GFdAHCNbe0"_s);
+    EXPECT_EQ(names(records), u"GFdAHNCbe0"_s);
 }
 
 TEST(LogSortingTest, EachRecordWithoutADateIsTracedOnce)
