@@ -1,5 +1,7 @@
 #include "Platform/AtomicFile.h"
 
+#include "Platform/Descriptor.h"
+
 #include <QDir>
 #include <QFile>
 #include <QStringDecoder>
@@ -25,40 +27,6 @@ constexpr mode_t FolderMode = 0700;
 constexpr mode_t PermissionBits = 0777;
 const QByteArray TemporarySuffix = QByteArrayLiteral(".corvane-new-");
 
-/// A call that a signal interrupted is made again.
-template<class Call>
-auto uninterrupted(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
-
-class Descriptor
-{
-public:
-    explicit Descriptor(int number = -1) : m_number(number) {}
-    Descriptor(Descriptor &&other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
-    Descriptor &operator=(Descriptor &&other) noexcept
-    {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    ~Descriptor()
-    {
-        const int before = errno;
-        if (m_number >= 0)
-            ::close(m_number);
-        errno = before;
-    }
-    [[nodiscard]] bool isOpen() const { return m_number >= 0; }
-    operator int() const { return m_number; }
-
-private:
-    int m_number;
-};
-
 QByteArray folderOf(const QByteArray &path)
 {
     const qsizetype slash = path.lastIndexOf('/');
@@ -81,27 +49,6 @@ int followLinks(QByteArray &path)
     return ELOOP;
 }
 
-/// To the disk. Some file systems have no such call for folders, and a folder that may not be read can't be
-/// asked: neither is a failure of the write.
-int flush(int descriptor)
-{
-    if (uninterrupted([=] { return ::fsync(descriptor); }) == 0)
-        return 0;
-    const bool isNotMeantFor = errno == EINVAL || errno == ENOTSUP || errno == ENOSYS || errno == EBADF;
-    return isNotMeantFor ? 0 : errno;
-}
-
-Descriptor openFolder(const QByteArray &path)
-{
-    const auto openWith = [&](int access) {
-        return uninterrupted([&] { return ::open(path.constData(), access | O_DIRECTORY | O_CLOEXEC); });
-    };
-    Descriptor folder(openWith(O_RDONLY));
-    if (!folder.isOpen() && errno == EACCES)
-        return Descriptor(openWith(O_PATH)); // to be written to, not to be listed
-    return folder;
-}
-
 int makeFoldersAt(const QByteArray &path)
 {
     struct stat facts {
@@ -117,8 +64,8 @@ int makeFoldersAt(const QByteArray &path)
         return error;
     if (::mkdir(path.constData(), FolderMode) != 0 && errno != EEXIST)
         return errno;
-    const Descriptor above = openFolder(parent);
-    return above.isOpen() ? flush(above) : errno;
+    const Descriptor above = openFolder(AT_FDCWD, parent);
+    return above.isOpen() ? flushToDisk(above) : errno;
 }
 
 /// One write on its way: the temporary file beside its target, gone with this object unless it took the
@@ -281,7 +228,7 @@ int Replacement::fill(const QByteArray &bytes, mode_t newFileMode)
     } else if (newFileMode != 0600 && ::fchmod(m_file, newFileMode) != 0) {
         return errno;
     }
-    return flush(m_file);
+    return flushToDisk(m_file);
 }
 
 int Replacement::takePlace()
@@ -290,7 +237,7 @@ int Replacement::takePlace()
         return errno;
     m_file = Descriptor();
     removeOtherLeftovers();
-    return flush(m_folder);
+    return flushToDisk(m_folder);
 }
 
 int replaceFile(QByteArray path, const QByteArray &bytes, const AtomicFile::Options &options)
@@ -298,11 +245,11 @@ int replaceFile(QByteArray path, const QByteArray &bytes, const AtomicFile::Opti
     if (const int error = followLinks(path))
         return error;
     const QByteArray folderPath = folderOf(path);
-    Descriptor folder = openFolder(folderPath);
+    Descriptor folder = openFolder(AT_FDCWD, folderPath);
     if (!folder.isOpen() && errno == ENOENT) {
         if (const int error = makeFoldersAt(folderPath))
             return error;
-        folder = openFolder(folderPath);
+        folder = openFolder(AT_FDCWD, folderPath);
     }
     if (!folder.isOpen())
         return errno;

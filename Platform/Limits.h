@@ -37,6 +37,10 @@ inline constexpr int DayFileRecords = 1'000'000;
 inline constexpr int DayFileDepth = 100; ///< levels of elements
 /// A value of a record: ten times the longest path. What is behind it stays in the file, and is not listed.
 inline constexpr std::size_t DayFileValueBytes = 64 * 1024;
+/// Of a log that is shown; the rest is behind a link.
+inline constexpr qsizetype ShownLogBytes = 10'240;
+/// Entries of one folder of logs that are looked at: years of jobs with their lists.
+inline constexpr qsizetype FolderEntries = 1'000'000;
 /// @}
 
 /// @name Messages of the daemons
