@@ -129,8 +129,7 @@ bool QNUtility::isLocalisedString(const std::optional<QString> &text, const std:
     const auto language = languageOfSentence(text.value_or(QString()), key.value_or(QString()));
     if (!language)
         return false;
-    const std::lock_guard guard(displayLanguageLock);
-    displayLanguage = *language;
+    setViewLogDisplayLanguage(*language);
     return true;
 }
 
@@ -138,4 +137,10 @@ QString QNUtility::viewLogDisplayLanguage()
 {
     const std::lock_guard guard(displayLanguageLock);
     return displayLanguage;
+}
+
+void QNUtility::setViewLogDisplayLanguage(const QString &language)
+{
+    const std::lock_guard guard(displayLanguageLock);
+    displayLanguage = language;
 }

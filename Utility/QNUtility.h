@@ -46,6 +46,8 @@ bool removeFile(const QString &path);
 /// Whether `text` holds the sentence `key` in any of the monitor's languages; false when either is empty. The
 /// language found is kept for the log viewer, see viewLogDisplayLanguage().
 [[nodiscard]] bool isLocalisedString(const std::optional<QString> &text, const std::optional<QString> &key);
-/// The language in which isLocalisedString() last found a sentence; empty before.
+/// The language of the log that is being read, as isLocalisedString() last found it or
+/// setViewLogDisplayLanguage() said; empty before.
 [[nodiscard]] QString viewLogDisplayLanguage();
+void setViewLogDisplayLanguage(const QString &language);
 } // namespace QNUtility

@@ -716,6 +716,76 @@ Your account has been cancelled</translation>
         <translation>Online delete</translation>
     </message>
     <message>
+        <source>click here</source>
+        <translation>click here</translation>
+    </message>
+    <message>
+        <source>Click here</source>
+        <translation>Click here</translation>
+    </message>
+    <message>
+        <source>Click here to edit the cut-off time.</source>
+        <translation>Click here to edit the cut-off time.</translation>
+    </message>
+    <message>
+        <source>Click here to view excluded files / folders</source>
+        <translation>Click here to view excluded files / folders</translation>
+    </message>
+    <message>
+        <source>Reason: Missing permission for one or more files / folders in the backup set content.</source>
+        <translation>Reason: Missing permission for one or more files / folders in the backup set content.</translation>
+    </message>
+    <message>
+        <source>Some files / folders could not be backed up due to missing permissions.</source>
+        <translation>Some files / folders could not be backed up due to missing permissions.</translation>
+    </message>
+    <message>
+        <source>Reason: Missing permission for one or more files / folders in the backup set content. %@</source>
+        <translation>Reason: Missing permission for one or more files / folders in the backup set content. %@</translation>
+    </message>
+    <message>
+        <source>Some files / folders could not be backed up due to missing permissions. %@</source>
+        <translation>Some files / folders could not be backed up due to missing permissions. %@</translation>
+    </message>
+    <message>
+        <source>To enable access, add %@ and %@ under Full Disk Access. To know more visit %@.
+</source>
+        <translation>To enable access, add %@ and %@ under Full Disk Access. To know more visit %@.
+</translation>
+    </message>
+    <message>
+        <source>Grant full disk access to %@.</source>
+        <translation>Grant full disk access to %@.</translation>
+    </message>
+    <message>
+        <source>Full Disk Access</source>
+        <translation>Full Disk Access</translation>
+    </message>
+    <message>
+        <source>To know more visit %@</source>
+        <translation>To know more visit %@</translation>
+    </message>
+    <message>
+        <source>To know more, read FAQ.</source>
+        <translation>To know more, read FAQ.</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>Summary</source>
+        <translation>Summary</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
         <source>Rename</source>
         <translation>Rename</translation>
     </message>
@@ -762,6 +832,40 @@ Your account has been cancelled</translation>
     <message>
         <source>Network and external drive backup</source>
         <translation>Network and external drive backup</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>... 
+ [Log clipped]  </source>
+        <translation>... 
+ [Log clipped]  </translation>
+    </message>
+    <message>
+        <source>View entire log</source>
+        <translation>View entire log</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation>Select all</translation>
+    </message>
+    <message>
+        <source>Select another</source>
+        <translation>Select another</translation>
+    </message>
+    <message>
+        <source>Selected folder doesn&apos;t have write permission. </source>
+        <translation>Selected folder doesn&apos;t have write permission. </translation>
+    </message>
+    <message>
+        <source>Unable to write the file(s)</source>
+        <translation>Unable to write the file(s)</translation>
     </message>
 </context>
 </TS>

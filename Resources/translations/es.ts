@@ -716,6 +716,76 @@ Su cuenta se ha cancelado</translation>
         <translation>Eliminación en línea</translation>
     </message>
     <message>
+        <source>click here</source>
+        <translation>haga clic aquí</translation>
+    </message>
+    <message>
+        <source>Click here</source>
+        <translation>Haga clic aquí</translation>
+    </message>
+    <message>
+        <source>Click here to edit the cut-off time.</source>
+        <translation>Haga clic aquí para editar la hora límite.</translation>
+    </message>
+    <message>
+        <source>Click here to view excluded files / folders</source>
+        <translation>Haga clic aquí para ver los archivos y carpetas excluidos</translation>
+    </message>
+    <message>
+        <source>Reason: Missing permission for one or more files / folders in the backup set content.</source>
+        <translation>Motivo: faltan permisos para uno o más archivos o carpetas del contenido del conjunto de copia de seguridad.</translation>
+    </message>
+    <message>
+        <source>Some files / folders could not be backed up due to missing permissions.</source>
+        <translation>No se pudo hacer una copia de seguridad de algunos archivos o carpetas por falta de permisos.</translation>
+    </message>
+    <message>
+        <source>Reason: Missing permission for one or more files / folders in the backup set content. %@</source>
+        <translation>Motivo: faltan permisos para uno o más archivos o carpetas del contenido del conjunto de copia de seguridad. %@</translation>
+    </message>
+    <message>
+        <source>Some files / folders could not be backed up due to missing permissions. %@</source>
+        <translation>No se pudo hacer una copia de seguridad de algunos archivos o carpetas por falta de permisos. %@</translation>
+    </message>
+    <message>
+        <source>To enable access, add %@ and %@ under Full Disk Access. To know more visit %@.
+</source>
+        <translation>Para habilitar el acceso, agregue %@ y %@ en Acceso total al disco. Para obtener más información, visite %@.
+</translation>
+    </message>
+    <message>
+        <source>Grant full disk access to %@.</source>
+        <translation>Conceda a %@ acceso total al disco.</translation>
+    </message>
+    <message>
+        <source>Full Disk Access</source>
+        <translation>Acceso total al disco</translation>
+    </message>
+    <message>
+        <source>To know more visit %@</source>
+        <translation>Para obtener más información, visite %@</translation>
+    </message>
+    <message>
+        <source>To know more, read FAQ.</source>
+        <translation>Para obtener más información, lea las preguntas frecuentes.</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Detalles</translation>
+    </message>
+    <message>
+        <source>Summary</source>
+        <translation>Resumen</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Subidas</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Descargas</translation>
+    </message>
+    <message>
         <source>Rename</source>
         <translation>Cambio de nombre</translation>
     </message>
@@ -762,6 +832,40 @@ Su cuenta se ha cancelado</translation>
     <message>
         <source>Network and external drive backup</source>
         <translation>Copia de seguridad de unidades externas y de red</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Eliminación</translation>
+    </message>
+    <message>
+        <source>... 
+ [Log clipped]  </source>
+        <translation>... 
+ [Registro recortado]  </translation>
+    </message>
+    <message>
+        <source>View entire log</source>
+        <translation>Ver el registro completo</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copiar</translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation>Seleccionar todo</translation>
+    </message>
+    <message>
+        <source>Select another</source>
+        <translation>Seleccionar otra</translation>
+    </message>
+    <message>
+        <source>Selected folder doesn&apos;t have write permission. </source>
+        <translation>La carpeta seleccionada no tiene permiso de escritura. </translation>
+    </message>
+    <message>
+        <source>Unable to write the file(s)</source>
+        <translation>No se pueden escribir los archivos</translation>
     </message>
 </context>
 </TS>

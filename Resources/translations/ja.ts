@@ -716,6 +716,76 @@ Your account has been cancelled</source>
         <translation>オンライン削除</translation>
     </message>
     <message>
+        <source>click here</source>
+        <translation>ここをクリック</translation>
+    </message>
+    <message>
+        <source>Click here</source>
+        <translation>ここをクリック</translation>
+    </message>
+    <message>
+        <source>Click here to edit the cut-off time.</source>
+        <translation>ここをクリックして終了時刻を編集してください。</translation>
+    </message>
+    <message>
+        <source>Click here to view excluded files / folders</source>
+        <translation>ここをクリックして除外されたファイル / フォルダを表示</translation>
+    </message>
+    <message>
+        <source>Reason: Missing permission for one or more files / folders in the backup set content.</source>
+        <translation>理由: バックアップセット内の 1 つ以上のファイル / フォルダに対する権限がありません。</translation>
+    </message>
+    <message>
+        <source>Some files / folders could not be backed up due to missing permissions.</source>
+        <translation>権限がないため、一部のファイル / フォルダをバックアップできませんでした。</translation>
+    </message>
+    <message>
+        <source>Reason: Missing permission for one or more files / folders in the backup set content. %@</source>
+        <translation>理由: バックアップセット内の 1 つ以上のファイル / フォルダに対する権限がありません。 %@</translation>
+    </message>
+    <message>
+        <source>Some files / folders could not be backed up due to missing permissions. %@</source>
+        <translation>権限がないため、一部のファイル / フォルダをバックアップできませんでした。 %@</translation>
+    </message>
+    <message>
+        <source>To enable access, add %@ and %@ under Full Disk Access. To know more visit %@.
+</source>
+        <translation>アクセスを有効にするには、「フルディスクアクセス」に %@ と %@ を追加してください。詳細については %@ を参照してください。
+</translation>
+    </message>
+    <message>
+        <source>Grant full disk access to %@.</source>
+        <translation>%@ にフルディスクアクセスを許可してください。</translation>
+    </message>
+    <message>
+        <source>Full Disk Access</source>
+        <translation>フルディスクアクセス</translation>
+    </message>
+    <message>
+        <source>To know more visit %@</source>
+        <translation>詳細については %@ を参照してください</translation>
+    </message>
+    <message>
+        <source>To know more, read FAQ.</source>
+        <translation>詳細については、FAQ をお読みください。</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>詳細</translation>
+    </message>
+    <message>
+        <source>Summary</source>
+        <translation>概要</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>アップロード</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>ダウンロード</translation>
+    </message>
+    <message>
         <source>Rename</source>
         <translation>名前の変更</translation>
     </message>
@@ -762,6 +832,40 @@ Your account has been cancelled</source>
     <message>
         <source>Network and external drive backup</source>
         <translation>ネットワークドライブと外付けドライブのバックアップ</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>削除</translation>
+    </message>
+    <message>
+        <source>... 
+ [Log clipped]  </source>
+        <translation>... 
+ [ログは省略されています]  </translation>
+    </message>
+    <message>
+        <source>View entire log</source>
+        <translation>ログ全体を表示</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation>すべて選択</translation>
+    </message>
+    <message>
+        <source>Select another</source>
+        <translation>別のフォルダを選択</translation>
+    </message>
+    <message>
+        <source>Selected folder doesn&apos;t have write permission. </source>
+        <translation>選択したフォルダに書き込み権限がありません。 </translation>
+    </message>
+    <message>
+        <source>Unable to write the file(s)</source>
+        <translation>ファイルに書き込めません</translation>
     </message>
 </context>
 </TS>
