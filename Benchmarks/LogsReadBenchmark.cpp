@@ -1,5 +1,6 @@
 // Day files into records, beside bare expat over the same bytes, and the memory that a list of years takes; the
 // clean-up of a folder in which nothing is to be removed, beside reading its files.
+#include "Benchmarks/LogYears.h"
 #include "Classes/ACTIVITY_LOGS/DayFile.h"
 #include "Classes/ACTIVITY_LOGS/InProgressLogs.h"
 #include "Platform/StampedFile.h"
@@ -11,7 +12,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <expat.h>
 #include <fcntl.h>
 #include <malloc.h>
 #include <unistd.h>
@@ -20,33 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr int Days = 1'100;
-constexpr int RecordsAFile = 31; // of which a year of three files a day makes 34,000
 constexpr int FolderFiles = 10'000;
-const char *const Endings[] = {"_cdp", "_sync", ""};
-const char *const Results[] = {"Success", "Success", "Failure", "Success", "Aborted"};
-
-QByteArray dayFile(QDate day, const QByteArray &ending, int records)
-{
-    const QByteArray name = day.toString(u"MM-dd-yyyy").toLatin1();
-    LogNodes nodes;
-    for (int i = 0; i < records; ++i) {
-        auto node = std::make_shared<LogNode>();
-        const QTime time = QTime(0, 0).addSecs(i * 2700 + day.dayOfYear());
-        node->datetime = QString::fromLatin1(name) + time.toString(u" HH:mm:ss");
-        node->uname = i % 7 ? u"ana@example.com"_s : u"eva@example.com"_s;
-        node->files = QString::number(i * 37 % 500);
-        node->filesinsync = QString::number(i * 11 % 90);
-        node->status = QString::fromLatin1(Results[(i + day.day()) % 5]);
-        node->duration = QTime(0, 0).addSecs(i * 97 % 4000).toString(u"HH:mm:ss");
-        node->optype = ending == "_cdp" ? u"7"_s : ending == "_sync" ? u"12"_s : QString::number(1 + i % 3);
-        node->logfile = u"/home/ana/.local/share/Corvane/SessionLogs/Backup/"_s + QString::fromLatin1(name) +
-                        time.toString(u"-HH-mm-ss");
-        node->logname = QString::fromLatin1(name + ending);
-        nodes.push_back(std::move(node));
-    }
-    return DayFile::getXMLfromNodes(nodes).toUtf8();
-}
+const QString LogFolder = u"/home/ana/.local/share/Corvane/SessionLogs/Backup"_s;
 
 struct NamedBytes {
     QString key;
@@ -58,11 +33,11 @@ const std::vector<NamedBytes> &years()
 {
     static const std::vector<NamedBytes> files = [] {
         std::vector<NamedBytes> made;
-        for (int i = 0; i < Days; ++i) {
-            const QDate day = QDate(2026, 11, 23).addDays(-i);
-            for (const QByteArray ending : Endings)
+        for (int i = 0; i < LogYears::Days; ++i) {
+            const QDate day = LogYears::Today.addDays(-i);
+            for (const char *ending : LogYears::Endings)
                 made.push_back({day.toString(u"MM-dd-yyyy") + QString::fromLatin1(ending),
-                                dayFile(day, ending, RecordsAFile)});
+                                LogYears::dayFile(day, ending, LogYears::RecordsAFile, LogFolder)});
         }
         return made;
     }();
@@ -89,7 +64,7 @@ void readDayFiles(benchmark::State &state)
             list.push_back(DayFile::read(file.bytes, file.key).value_or(LogNodes()));
             records += list.back().size();
         }
-        if (records != std::size_t(3 * Days * RecordsAFile))
+        if (records != std::size_t(3 * LogYears::Days * LogYears::RecordsAFile))
             state.SkipWithError("records are missing");
         state.PauseTiming();
         perByte = double(qint64(mallinfo2().uordblks) - before) / double(bytes);
@@ -97,31 +72,22 @@ void readDayFiles(benchmark::State &state)
         state.ResumeTiming();
     }
     state.counters["memory/bytes"] = perByte;
-    state.SetItemsProcessed(state.iterations() * 3 * Days);
+    state.SetItemsProcessed(state.iterations() * 3 * LogYears::Days);
     state.SetBytesProcessed(state.iterations() * bytes);
 }
 
-/// The parser with handlers that only look.
 void bareExpat(benchmark::State &state)
 {
     const qint64 bytes = bytesOfYears();
     for (auto _ : state) {
         qint64 seen = 0;
         for (const NamedBytes &file : years()) {
-            XML_Parser parser = XML_ParserCreate(nullptr);
-            XML_SetUserData(parser, &seen);
-            XML_SetElementHandler(
-                parser, [](void *data, const char *, const char **) { ++*static_cast<qint64 *>(data); },
-                [](void *data, const char *) { ++*static_cast<qint64 *>(data); });
-            XML_SetCharacterDataHandler(
-                parser, [](void *data, const char *, int length) { *static_cast<qint64 *>(data) += length; });
-            if (XML_Parse(parser, file.bytes.data(), int(file.bytes.size()), XML_TRUE) != XML_STATUS_OK)
+            if (!LogYears::parseWithBareExpat(file.bytes, seen))
                 state.SkipWithError("a file is damaged");
-            XML_ParserFree(parser);
         }
         benchmark::DoNotOptimize(seen);
     }
-    state.SetItemsProcessed(state.iterations() * 3 * Days);
+    state.SetItemsProcessed(state.iterations() * 3 * LogYears::Days);
     state.SetBytesProcessed(state.iterations() * bytes);
 }
 
@@ -131,9 +97,10 @@ const QString &fullFolder()
     static const QTemporaryDir folder;
     static const QString path = [] {
         for (int i = 0; i < FolderFiles; ++i) {
-            const QDate day = QDate(2026, 11, 23).addDays(-i);
+            const QDate day = LogYears::Today.addDays(-i);
             QFile file(folder.filePath(day.toString(u"MM-dd-yyyy") + u".xml"_s));
-            if (!file.open(QIODevice::WriteOnly) || file.write(dayFile(day, "", RecordsAFile)) < 0)
+            if (!file.open(QIODevice::WriteOnly) ||
+                file.write(LogYears::dayFile(day, "", LogYears::RecordsAFile, LogFolder)) < 0)
                 qFatal("no room for the files");
         }
         return folder.path();
