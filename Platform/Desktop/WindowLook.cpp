@@ -30,7 +30,10 @@ constexpr Row Colours[] = {
     {u"accentPressed", 0xFF16529C, 0xFF4A93E8}, {u"onAccent", 0xFFFFFFFF, 0xFF0C1A2C},
     {u"track", 0xFFE3E7ED, 0xFF40454D},         {u"paused", 0xFFC9842A, 0xFFD9A24E},
     {u"knob", 0xFFFFFFFF, 0xFFEEF0F3},          {u"knobLine", 0xFF7F8997, 0xFFEEF0F3},
-    {u"tip", 0xFF2B2F36, 0xFF454A53},           {u"tipText", 0xFFF3F5F8, 0xFFF3F5F8},
+    {u"selection", 0xFFDCEAFB, 0xFF28405E},     {u"success", 0xFF176E39, 0xFF6FD39A},
+    {u"failure", 0xFFB52A24, 0xFFFF9D94},       {u"warning", 0xFF8A5209, 0xFFF0B455},
+    {u"progress", 0xFF1A62BA, 0xFF77B4F8},      {u"tip", 0xFF2B2F36, 0xFF454A53},
+    {u"tipText", 0xFFF3F5F8, 0xFFF3F5F8},
 };
 
 constexpr double TitleSize = 1.15; // of the desktop's font
@@ -46,6 +49,13 @@ std::optional<double> scale(QStringView name)
     if (name == u"captionSize")
         return CaptionSize;
     return std::nullopt;
+}
+
+/// As a sheet names a file.
+QString imageAddress(const QString &name, bool dark)
+{
+    const QString file = u"images/%1%2.svg"_s.arg(name, dark ? u"_alt"_s : QString());
+    return u"url(\"%1\")"_s.arg(Bundle::main().resource(file));
 }
 
 QString sheetFile()
@@ -84,15 +94,17 @@ QPalette WindowLook::palette(bool dark)
 
 QString WindowLook::filledIn(const QString &sheet, bool dark, double fontPoints)
 {
-    static const QRegularExpression place(u"@([A-Za-z]+)"_s);
+    static const QRegularExpression place(u"@image\\((\\w+)\\)|@([A-Za-z]+)"_s);
     QString filled;
     qsizetype done = 0;
     for (auto found = place.globalMatch(sheet); found.hasNext();) {
         const QRegularExpressionMatch match = found.next();
         filled += QStringView(sheet).sliced(done, match.capturedStart() - done);
         done = match.capturedEnd();
-        const QStringView name = match.capturedView(1);
-        if (const QColor known = colour(name, dark); known.isValid())
+        const QStringView name = match.capturedView(2);
+        if (match.hasCaptured(1))
+            filled += imageAddress(match.captured(1), dark);
+        else if (const QColor known = colour(name, dark); known.isValid())
             filled += known.name();
         else if (const auto factor = scale(name))
             filled += QString::number(fontPoints * *factor, 'f', 1) + u"pt"_s;

@@ -24,6 +24,7 @@ void apply(QWidget &window, bool dark);
 [[nodiscard]] QColor colour(QStringView name, bool dark);
 
 /// The sheet with its places filled in: `@name` by a colour of the table, `@titleSize`, `@figureSize` and
-/// `@captionSize` by font sizes in proportion to `fontPoints`. An unknown place stays as it is.
+/// `@captionSize` by font sizes in proportion to `fontPoints`, `@image(name)` by an image of the bundle in its
+/// form for that ground. An unknown place stays as it is.
 [[nodiscard]] QString filledIn(const QString &sheet, bool dark, double fontPoints);
 } // namespace WindowLook

@@ -867,5 +867,117 @@ Your account has been cancelled</translation>
         <source>Unable to write the file(s)</source>
         <translation>Unable to write the file(s)</translation>
     </message>
+    <message>
+        <source>Activity logs</source>
+        <translation>Activity logs</translation>
+    </message>
+    <message>
+        <source>View logs from</source>
+        <translation>View logs from</translation>
+    </message>
+    <message>
+        <source>Past week</source>
+        <translation>Past week</translation>
+    </message>
+    <message>
+        <source>Past 2 weeks</source>
+        <translation>Past 2 weeks</translation>
+    </message>
+    <message>
+        <source>Past month</source>
+        <translation>Past month</translation>
+    </message>
+    <message>
+        <source>Beginning of time</source>
+        <translation>Beginning of time</translation>
+    </message>
+    <message>
+        <source>Archived logs</source>
+        <translation>Archived logs</translation>
+    </message>
+    <message>
+        <source>Operation</source>
+        <translation>Operation</translation>
+    </message>
+    <message>
+        <source>Date and time</source>
+        <translation>Date and time</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Duration</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Files</translation>
+    </message>
+    <message>
+        <source>Delete Log</source>
+        <translation>Delete Log</translation>
+    </message>
+    <message>
+        <source>No items found</source>
+        <translation>No items found</translation>
+    </message>
+    <message>
+        <source>Reading the logs...</source>
+        <translation>Reading the logs...</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Refresh</translation>
+    </message>
+    <message>
+        <source>Delete selected item(s)</source>
+        <translation>Delete selected item(s)</translation>
+    </message>
+    <message>
+        <source>Delete all items</source>
+        <translation>Delete all items</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>Archive</translation>
+    </message>
+    <message>
+        <source>Would you like to delete all item(s)?</source>
+        <translation>Would you like to delete all item(s)?</translation>
+    </message>
+    <message>
+        <source>Would you like to delete selected item?</source>
+        <translation>Would you like to delete selected item?</translation>
+    </message>
+    <message>
+        <source>Would you like to delete selected item(s)?</source>
+        <translation>Would you like to delete selected item(s)?</translation>
+    </message>
+    <message>
+        <source>Success</source>
+        <translation>Success</translation>
+    </message>
+    <message>
+        <source>Failure</source>
+        <translation>Failure</translation>
+    </message>
+    <message>
+        <source>In Progress</source>
+        <translation>In Progress</translation>
+    </message>
+    <message>
+        <source>Look in:</source>
+        <translation>Look in:</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>Folder:</translation>
+    </message>
+    <message>
+        <source>Kind:</source>
+        <translation>Kind:</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Cancelled</translation>
+    </message>
 </context>
 </TS>

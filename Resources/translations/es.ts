@@ -867,5 +867,117 @@ Su cuenta se ha cancelado</translation>
         <source>Unable to write the file(s)</source>
         <translation>No se pueden escribir los archivos</translation>
     </message>
+    <message>
+        <source>Activity logs</source>
+        <translation>Registros de actividad</translation>
+    </message>
+    <message>
+        <source>View logs from</source>
+        <translation>Ver registros de</translation>
+    </message>
+    <message>
+        <source>Past week</source>
+        <translation>Última semana</translation>
+    </message>
+    <message>
+        <source>Past 2 weeks</source>
+        <translation>Últimas 2 semanas</translation>
+    </message>
+    <message>
+        <source>Past month</source>
+        <translation>Último mes</translation>
+    </message>
+    <message>
+        <source>Beginning of time</source>
+        <translation>Desde el principio</translation>
+    </message>
+    <message>
+        <source>Archived logs</source>
+        <translation>Registros archivados</translation>
+    </message>
+    <message>
+        <source>Operation</source>
+        <translation>Operación</translation>
+    </message>
+    <message>
+        <source>Date and time</source>
+        <translation>Fecha y hora</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Duración</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Archivos</translation>
+    </message>
+    <message>
+        <source>Delete Log</source>
+        <translation>Eliminar registro</translation>
+    </message>
+    <message>
+        <source>No items found</source>
+        <translation>No se encontraron elementos</translation>
+    </message>
+    <message>
+        <source>Reading the logs...</source>
+        <translation>Leyendo los registros...</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Actualizar</translation>
+    </message>
+    <message>
+        <source>Delete selected item(s)</source>
+        <translation>Eliminar elementos seleccionados</translation>
+    </message>
+    <message>
+        <source>Delete all items</source>
+        <translation>Eliminar todos los elementos</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>Archivar</translation>
+    </message>
+    <message>
+        <source>Would you like to delete all item(s)?</source>
+        <translation>¿Desea eliminar todos los elementos?</translation>
+    </message>
+    <message>
+        <source>Would you like to delete selected item?</source>
+        <translation>¿Desea eliminar el elemento seleccionado?</translation>
+    </message>
+    <message>
+        <source>Would you like to delete selected item(s)?</source>
+        <translation>¿Desea eliminar los elementos seleccionados?</translation>
+    </message>
+    <message>
+        <source>Success</source>
+        <translation>Correcto</translation>
+    </message>
+    <message>
+        <source>Failure</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>In Progress</source>
+        <translation>En curso</translation>
+    </message>
+    <message>
+        <source>Look in:</source>
+        <translation>Buscar en:</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>Carpeta:</translation>
+    </message>
+    <message>
+        <source>Kind:</source>
+        <translation>Tipo:</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Cancelado</translation>
+    </message>
 </context>
 </TS>

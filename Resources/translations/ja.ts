@@ -867,5 +867,117 @@ Your account has been cancelled</source>
         <source>Unable to write the file(s)</source>
         <translation>ファイルに書き込めません</translation>
     </message>
+    <message>
+        <source>Activity logs</source>
+        <translation>アクティビティログ</translation>
+    </message>
+    <message>
+        <source>View logs from</source>
+        <translation>ログの表示期間</translation>
+    </message>
+    <message>
+        <source>Past week</source>
+        <translation>過去1週間</translation>
+    </message>
+    <message>
+        <source>Past 2 weeks</source>
+        <translation>過去2週間</translation>
+    </message>
+    <message>
+        <source>Past month</source>
+        <translation>過去1か月</translation>
+    </message>
+    <message>
+        <source>Beginning of time</source>
+        <translation>すべての期間</translation>
+    </message>
+    <message>
+        <source>Archived logs</source>
+        <translation>アーカイブ済みのログ</translation>
+    </message>
+    <message>
+        <source>Operation</source>
+        <translation>操作</translation>
+    </message>
+    <message>
+        <source>Date and time</source>
+        <translation>日時</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>所要時間</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>ファイル数</translation>
+    </message>
+    <message>
+        <source>Delete Log</source>
+        <translation>ログを削除</translation>
+    </message>
+    <message>
+        <source>No items found</source>
+        <translation>項目が見つかりません</translation>
+    </message>
+    <message>
+        <source>Reading the logs...</source>
+        <translation>ログを読み込んでいます...</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>更新</translation>
+    </message>
+    <message>
+        <source>Delete selected item(s)</source>
+        <translation>選択した項目を削除</translation>
+    </message>
+    <message>
+        <source>Delete all items</source>
+        <translation>すべての項目を削除</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>アーカイブ</translation>
+    </message>
+    <message>
+        <source>Would you like to delete all item(s)?</source>
+        <translation>すべての項目を削除しますか?</translation>
+    </message>
+    <message>
+        <source>Would you like to delete selected item?</source>
+        <translation>選択した項目を削除しますか?</translation>
+    </message>
+    <message>
+        <source>Would you like to delete selected item(s)?</source>
+        <translation>選択した項目を削除しますか?</translation>
+    </message>
+    <message>
+        <source>Success</source>
+        <translation>成功</translation>
+    </message>
+    <message>
+        <source>Failure</source>
+        <translation>失敗</translation>
+    </message>
+    <message>
+        <source>In Progress</source>
+        <translation>実行中</translation>
+    </message>
+    <message>
+        <source>Look in:</source>
+        <translation>場所:</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>フォルダ:</translation>
+    </message>
+    <message>
+        <source>Kind:</source>
+        <translation>種類:</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>キャンセル済み</translation>
+    </message>
 </context>
 </TS>
