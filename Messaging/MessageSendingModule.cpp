@@ -1,5 +1,6 @@
 #include "Messaging/MessageSendingModule.h"
 
+#include "Platform/Limits.h"
 #include "Platform/SessionBus/CallWait.h"
 #include "Platform/SessionBus/RemotePort.h"
 #include "Platform/WorkerThread.h"
@@ -40,9 +41,6 @@ void handToDelegate(const std::weak_ptr<MessageSendingDelegate> &delegate, const
 class MessageSendingModule::Sender : public std::enable_shared_from_this<Sender>
 {
 public:
-    /// Messages that may wait behind a call to a peer that hangs; later ones are lost.
-    static constexpr std::size_t MaxWaiting = 1000;
-
     explicit Sender(std::chrono::milliseconds callLimit) : m_callLimit(callLimit) {}
 
     void queue(Envelope message);
@@ -70,7 +68,7 @@ private:
 void MessageSendingModule::Sender::queue(Envelope message)
 {
     const std::lock_guard lock(m_queueMutex);
-    if (m_waiting.size() >= MaxWaiting)
+    if (m_waiting.size() >= Limits::WaitingMessages)
         return;
     m_waiting.push_back(std::move(message));
     m_wake.notify_one();
@@ -204,7 +202,7 @@ void MessageSendingModule::closeConnection(const QString &name)
 
 void MessageSendingModule::closeIPCConnection()
 {
-    (void)applicationShouldTerminate();
+    std::ignore = applicationShouldTerminate(); // it only says whether the program stays
 }
 
 bool MessageSendingModule::applicationShouldTerminate()

@@ -12,7 +12,7 @@ void GCDAsyncSocketPreBuffer::ensureCapacityForWrite(qsizetype count)
         return;
     auto *const grown = static_cast<char *>(std::realloc(m_block.get(), static_cast<size_t>(m_size + missing)));
     Q_CHECK_PTR(grown);
-    static_cast<void>(m_block.release());
+    std::ignore = m_block.release(); // realloc() has taken it
     m_block.reset(grown);
     m_size += missing;
 }

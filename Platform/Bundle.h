@@ -17,7 +17,6 @@ public:
     static const Bundle &main();
 
     [[nodiscard]] const QString &executablePath() const { return m_executable; }
-    [[nodiscard]] const QString &resourceFolder() const { return m_resources; }
     [[nodiscard]] QString resource(const QString &relativePath) const;
 
     /// The folder `<language>.lproj`, where it exists.

@@ -55,6 +55,9 @@ inline constexpr qsizetype MessageTextUnits = 64 * 1024;
 inline constexpr qsizetype MessageTextLines = 200;
 /// What a message may leave allocated for the next one.
 inline constexpr qsizetype KeptFrameBytes = 256 * 1024;
+/// Messages that wait behind a call to a sync daemon that hangs; later ones are lost. A user's clicks and a
+/// sign-in make a dozen.
+inline constexpr std::size_t WaitingMessages = 1000;
 /// @}
 
 /// @name Texts on the screen

@@ -5,7 +5,7 @@
 
 #include "Utility/CVSingletonForBackup.h"
 #include "Utility/Language/SchedulerProgressVC.h"
-#include "Utility/QNUtility.h"
+#include "Utility/Paths/UserType.h"
 
 #include <utility>
 

@@ -6,7 +6,7 @@
 #include "Classes/Progress/ScheduleProgressView.h"
 #include "Classes/Schedules/CorvaneSchedulerController.h"
 #include "Utility/Language/LanguageManager.h"
-#include "Utility/QNUtility.h"
+#include "Utility/Paths/UserType.h"
 
 #include <utility>
 

@@ -63,7 +63,7 @@ bool CorvaneSchedulerController::isScheduleBackupInProgress()
     return true;
 }
 
-bool CorvaneSchedulerController::hasScheduledOnlineBackup(const QString &account)
+bool CorvaneSchedulerController::checkforAnyScheduledJob(const QString &account)
 {
     const auto records = corvaneSchedulerDetailsForAllUsers();
     return !records->empty() && hasOnlineBackup(*records, {mainController->consoleUser(), account});

@@ -44,7 +44,7 @@ public:
     /// when none does they stay, but an empty store empties currentscheduleuser.
     bool isScheduleBackupInProgress();
     /// Whether `account` has a scheduled online backup under the console user.
-    [[nodiscard]] bool hasScheduledOnlineBackup(const QString &account);
+    [[nodiscard]] bool checkforAnyScheduledJob(const QString &account);
 
     /// Not owned; set while the program starts. Without it there is no store and no user.
     SchedulerRole *mainController = nullptr;

@@ -32,7 +32,6 @@ public:
     [[nodiscard]] bool isPaused() const { return m_isPaused; }
     /// Whether an indeterminate bar (its minimum is its maximum) moves.
     void setSweeping(bool sweeping);
-    [[nodiscard]] bool isSweeping() const { return m_isSweeping; }
 
     /// Whether a timer runs for it at this moment.
     [[nodiscard]] bool isMoving() const { return m_frames != nullptr; }

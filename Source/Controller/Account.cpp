@@ -3,6 +3,7 @@
 #include "Platform/Home.h"
 #include "Platform/PropertyList.h"
 #include "Utility/Paths/PathTable.h"
+#include "Utility/Paths/UserType.h"
 #include "Utility/QNUtility.h"
 
 #include <QFileInfo>
@@ -14,7 +15,9 @@ namespace
 /// The name, or where there is none the account linked before.
 std::optional<QString> orLinked(std::optional<QString> name, const std::optional<QString> &linked)
 {
-    return name && !name->isEmpty() ? std::move(name) : linked;
+    if (name && !name->isEmpty())
+        return name;
+    return linked;
 }
 } // namespace
 

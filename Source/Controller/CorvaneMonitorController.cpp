@@ -16,6 +16,7 @@
 #include "Utility/Language/LanguageManager.h"
 #include "Utility/Language/SchedulerProgressVC.h"
 #include "Utility/Paths/PathTable.h"
+#include "Utility/Paths/UserType.h"
 #include "Utility/QNUtility.h"
 
 using namespace MonitorControllerVC;

@@ -22,10 +22,6 @@ public:
     /// A panel that opens shows no log of a job that ended before.
     void forgetSessionLog() { mSessionLogScheduledBackup.clear(); }
 
-    [[nodiscard]] const QVariantMap &note() const { return dictFordesktopNotif; }
-    [[nodiscard]] const QString &sessionLog() const { return mSessionLogScheduledBackup; }
-    [[nodiscard]] bool areWanted() const { return shouldDisplayDesktopNotification; }
-
 private:
     StatusBoard &m_board;
     QVariantMap dictFordesktopNotif;

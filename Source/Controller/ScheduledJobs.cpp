@@ -108,11 +108,6 @@ bool ScheduledJobs::isBackupInProgress()
            });
 }
 
-bool ScheduledJobs::checkforAnyScheduledJob(const QString &user)
-{
-    return schedulerController.hasScheduledOnlineBackup(user);
-}
-
 std::optional<QString> ScheduledJobs::switchText() const
 {
     return KeptFiles::text(pathValue("SchedulerStatusInfoPath"_L1, {}));

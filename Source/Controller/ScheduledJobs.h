@@ -36,8 +36,6 @@ public:
     [[nodiscard]] bool isRunningJobPaused(); ///< a job runs, and is paused by marker, switch file or a press
     [[nodiscard]] bool isBackupJobPaused() const; ///< the throttle of the signed-in account is held at -1
     [[nodiscard]] bool isBackupInProgress();      ///< the status list names the signed-in or a job's account
-    /// Whether the account has a scheduled online backup under the console user.
-    [[nodiscard]] bool checkforAnyScheduledJob(const QString &user);
 
     [[nodiscard]] std::optional<QString> switchText() const; ///< of the switch for all jobs; none if unreadable
     [[nodiscard]] ScheduleSwitch switchFile() const;

@@ -260,11 +260,6 @@ QString StatusBoard::handleSchedulerStatusCase(const QString &syncTip)
     return StatusRules::bothLines(corvaneDaemonTooltip, syncTip);
 }
 
-QString StatusBoard::applicationNameWithVersion() const
-{
-    return StatusRules::buttonToolTip(appFullName(), Bundle::main().shortVersion(), std::nullopt);
-}
-
 void StatusBoard::setButtonToolTip(const std::optional<QString> &text)
 {
     m_reportTip.reset();

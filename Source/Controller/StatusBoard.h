@@ -62,7 +62,6 @@ public:
     void showReportTip(ReportRules::Tip tip);
     [[nodiscard]] const std::optional<QString> &backupLine() const { return corvaneDaemonTooltip; }
     void dropBackupLine(); ///< there is nothing to tell of backups any more
-    [[nodiscard]] QString applicationNameWithVersion() const;
     /// @}
 
     /// @name Jobs and accounts

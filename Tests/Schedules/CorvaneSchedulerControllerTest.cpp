@@ -68,8 +68,8 @@ TEST_F(SchedulerTest, AnswersFollowTheFile)
     EXPECT_EQ(m_scheduler.getImmediateScheduledItem()->scheduleTime, m_world.now().addSecs(5 * 60));
     EXPECT_EQ(m_scheduler.corvaneSchedulerDetails(u"eng: login"_s).size(), 3U);
     EXPECT_TRUE(m_scheduler.corvaneSchedulerDetails(u"eng: log"_s).empty()) << "the whole text counts";
-    EXPECT_TRUE(m_scheduler.hasScheduledOnlineBackup(u"ann"_s));
-    EXPECT_FALSE(m_scheduler.hasScheduledOnlineBackup(u"bob"_s));
+    EXPECT_TRUE(m_scheduler.checkforAnyScheduledJob(u"ann"_s));
+    EXPECT_FALSE(m_scheduler.checkforAnyScheduledJob(u"bob"_s));
 
     m_world.account.reset();
     EXPECT_FALSE(m_scheduler.nextScheduledItem());
@@ -83,7 +83,7 @@ TEST_F(SchedulerTest, AnswersFollowTheFile)
     EXPECT_FALSE(m_scheduler.nextScheduledItem());
     m_scheduler.mainController = nullptr;
     EXPECT_FALSE(m_scheduler.nextScheduledItem());
-    EXPECT_FALSE(m_scheduler.hasScheduledOnlineBackup(u"ann"_s));
+    EXPECT_FALSE(m_scheduler.checkforAnyScheduledJob(u"ann"_s));
 }
 
 TEST_F(SchedulerTest, RunningJobTellsWhoseAndWhich)

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 bool ChildProgram::start(const QString &program, const QStringList &arguments)
 {
     std::array<int, 2> input{}, output{};
@@ -41,7 +43,7 @@ bool ChildProgram::start(const QString &program, const QStringList &arguments)
 
 void ChildProgram::write(const QByteArray &bytes) const
 {
-    (void)!::write(m_input, bytes.constData(), static_cast<size_t>(bytes.size()));
+    EXPECT_EQ(::write(m_input, bytes.constData(), static_cast<size_t>(bytes.size())), bytes.size());
 }
 
 QByteArray ChildProgram::read(int milliseconds) const

@@ -18,7 +18,7 @@ enum class Form {
 };
 
 struct KnownFile {
-    const char *key;
+    const char *key = nullptr;
     Form form = Form::AsStored;
 };
 

@@ -8,11 +8,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace QNUtility
-{
-std::atomic<EUserType> userType = EUserType::Dedup;
-} // namespace QNUtility
-
 PathTable::PathTable(Loader load) : m_load(std::move(load))
 {
 }

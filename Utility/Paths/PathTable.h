@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Utility/Paths/UserType.h"
+
 #include <QHash>
 #include <QSet>
 #include <QString>
@@ -9,15 +11,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-
-/// The account's engine as the path table sees it: a deduplicating account has an executable of its own.
-enum class EUserType : quint8 { Other = 0, Dedup = 2 };
-
-namespace QNUtility
-{
-/// The type of the signed-in account; Dedup until an opening of the menu or a sign-in says otherwise.
-extern std::atomic<EUserType> userType;
-} // namespace QNUtility
 
 /// The table of all locations, names and notification names: one flat list of keys and texts, loaded at first
 /// use and kept. A load that fails is tried again at the next look-up. Safe from any thread.
