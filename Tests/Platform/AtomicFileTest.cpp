@@ -152,13 +152,6 @@ TEST_F(AtomicFileTest, LeftoversGoAndLivingWritersStay)
     EXPECT_TRUE(AtomicFile::write(path("x/") + QString(255, u'n'), "x")) << "as long as a name may be";
 }
 
-TEST_F(AtomicFileTest, IsAskedOnceMoreBeforeTheRename)
-{
-    ASSERT_TRUE(AtomicFile::write(path("file"), "old"));
-    EXPECT_EQ(AtomicFile::write(path("file"), "new", {.mayReplace = [] { return false; }}).error(), ESTALE);
-    EXPECT_EQ(AtomicFile::read(path("file"), 100), QByteArray("old"));
-}
-
 TEST_F(AtomicFileTest, TextComesBackAndWhatIsNoneOrTooLongIsRefused)
 {
     for (const QString &text : {u"0\n é\U0001F600"_s, QString()}) {

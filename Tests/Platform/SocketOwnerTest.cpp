@@ -109,11 +109,3 @@ TEST(SocketOwner, FindsSocketsOfOurOwn)
         EXPECT_EQ(SocketOwner::connectionOwner(port, 1), std::nullopt);
     }
 }
-
-TEST(SocketOwner, TrustsRootAndThisUserOnly)
-{
-    EXPECT_TRUE(SocketOwner::isTrusted(0));
-    EXPECT_TRUE(SocketOwner::isTrusted(getuid()));
-    EXPECT_FALSE(SocketOwner::isTrusted(getuid() + 1));
-    EXPECT_FALSE(SocketOwner::isTrusted(std::nullopt));
-}

@@ -129,22 +129,3 @@ TEST_F(Language, ASentenceIsKnownInEveryLanguage)
         EXPECT_FALSE(QNUtility::isLocalisedString(text, key));
     EXPECT_FALSE(QNUtility::isLocalisedString(key, std::nullopt));
 }
-
-// The tool tip swaps one sentence for another inside a text that was put together from a template and a line:
-// that only works while the three are translated alike.
-TEST_F(Language, TheUpToDateLineIsFoundInTheFinishedToolTip)
-{
-    for (const AppLanguage &language : AppLanguage::supported()) {
-        const auto in = [&](const QString &sentence) {
-            return LanguageManager::shared().localized(sentence, language.id, u"Localizable"_s);
-        };
-        const QString upToDate = in(u"Cloud Drive: All files are up to date"_s);
-        QString tip = in(u"Backup: %@\nCloud Drive: %@"_s);
-        tip.replace(tip.lastIndexOf(u"%@"_s), 2, in(u"All files are up to date"_s));
-        EXPECT_TRUE(tip.contains(upToDate)) << language.id.toStdString();
-        EXPECT_NE(upToDate, in(u"Cloud Drive: All files are synced"_s));
-        // A full account is told from the beginning of its line.
-        EXPECT_TRUE(in(u"You have exceeded the allocated"_s).startsWith(in(u"You have exceeded the"_s)))
-            << language.id.toStdString();
-    }
-}

@@ -41,11 +41,6 @@ QString script(const TemporaryHome &home, const QString &name)
 }
 } // namespace
 
-TEST(Applications, ObjectPathOfAnIdentifier)
-{
-    EXPECT_EQ(Applications::objectPath(Identifier), u"/com/example/Some_App"_s);
-}
-
 TEST(Applications, ActivationReachesTheOwnerOfTheName)
 {
     const TemporaryHome home;
