@@ -183,7 +183,7 @@ bool DaemonChannel::isConnected() const
 void DaemonChannel::didConnect()
 {
     const auto ear = m_ear;
-    m_connection.emplace().ownPort = m_socket->localPort();
+    m_connection = Connection{.ownPort = m_socket->localPort()};
     m_connection->lasting =
         m_clock.start(LastingConnection, Clock::Repeat::Once, [this] { m_connection->hasLasted = true; });
     settleOwner();

@@ -152,7 +152,7 @@ struct DaemonMessage::Content {
             const auto data = topLevel("data");
             value = data ? within(*data, first) : std::nullopt;
         }
-        while (value && slash != path.npos) {
+        while (value && slash != std::string_view::npos) {
             path.remove_prefix(slash + 1);
             slash = path.find('/');
             value = within(*value, path.substr(0, slash));

@@ -15,7 +15,6 @@ namespace
 {
 constexpr auto SocketCall = "Error in socket() function"_L1;
 constexpr auto ConnectCall = "Error in connect() function"_L1;
-constexpr auto WatchCall = "Error in epoll_ctl() function"_L1;
 
 /// True when an attempt is no longer under way. On the loopback device that is so right after the call: asking
 /// once spares the way through the reactor, which a search for an absent daemon would take a hundred times a

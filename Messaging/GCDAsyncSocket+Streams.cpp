@@ -17,7 +17,6 @@ constexpr qsizetype PreBufferLimit = 64 * 1024;
 constexpr qsizetype ReadAtOnce = 32768; // where a packet does not say how much it wants
 constexpr auto ReadCall = "Error in read() function"_L1;
 constexpr auto WriteCall = "Error in write() function"_L1;
-constexpr auto WatchCall = "Error in epoll_ctl() function"_L1;
 
 bool wouldBlock(int error)
 {

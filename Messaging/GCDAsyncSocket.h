@@ -148,6 +148,7 @@ private:
     };
     enum class Progress { Complete, Waits, Closed };
     static constexpr int MaxFollowUps = 3;
+    static constexpr QLatin1StringView WatchCall{"Error in epoll_ctl() function"};
     /// Stands while the delegate is told of something. A read that is served within that call, on its thread,
     /// is told as soon as the call has returned: a header and what it announces take one trip through the
     /// delegate queue. Only a few are, so that others get their turn there.

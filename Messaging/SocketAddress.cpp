@@ -78,10 +78,10 @@ SocketAddresses addressesWithoutLookUp(const QString &host, quint16 port)
         return {address(in_addr{htonl(INADDR_LOOPBACK)}, port), address(in6addr_loopback, port)};
     // The usual forms are read here; the resolver also knows scopes and shortened IPv4, but takes its time.
     const QByteArray text = host.toUtf8();
-    in_addr v4;
+    in_addr v4{};
     if (::inet_pton(AF_INET, text.constData(), &v4) == 1)
         return {address(v4, port), std::nullopt};
-    in6_addr v6;
+    in6_addr v6{};
     if (::inet_pton(AF_INET6, text.constData(), &v6) == 1)
         return {std::nullopt, address(v6, port)};
     int error = 0;

@@ -37,7 +37,7 @@ QByteArray folderOf(const QByteArray &path)
 int followLinks(QByteArray &path)
 {
     for (int links = 0; links < MostLinks; ++links) {
-        std::array<char, PATH_MAX> buffer;
+        std::array<char, PATH_MAX> buffer{};
         const ssize_t length = ::readlink(path.constData(), buffer.data(), buffer.size());
         if (length < 0)
             return errno == EINVAL || errno == ENOENT ? 0 : errno; // no link, or nothing there

@@ -186,7 +186,7 @@ private:
     void waitFor(const Work &work, std::unique_lock<std::mutex> &lock)
     {
         bool done = false;
-        m_waiting.push_back([this, &work, &done] {
+        m_waiting.emplace_back([this, &work, &done] {
             work();
             const std::lock_guard guard(m_mutex);
             done = true;

@@ -115,7 +115,7 @@ FileWatch::News FileWatch::newsOf(const inotify_event &event) const
 
 FileWatch::News FileWatch::readEvents()
 {
-    alignas(inotify_event) std::array<char, 16 * 1024> buffer;
+    alignas(inotify_event) std::array<char, 16 * 1024> buffer{};
     News news = News::None;
     // Bounded: who writes faster than this reads must not hold the event loop. The notifier comes back for the
     // rest.

@@ -129,7 +129,7 @@ private:
                 return false;
             entries.append(std::move(entry));
         }
-        out = std::move(entries);
+        out = entries;
         return true;
     }
 
@@ -145,14 +145,14 @@ private:
             QVariant entry;
             if (!build(m_list.valueAt(dictionary, i), depth + 1, entry))
                 return false;
-            entries.insert(*BinaryPlist::text(keyObject), std::move(entry));
+            entries.insert(*BinaryPlist::text(keyObject), entry);
         }
         // XML has no element for a reference; it is written as this dictionary.
         const auto reference = entries.size() == 1 ? entries.value(u"CF$UID"_s) : QVariant();
         if (reference.typeId() == QMetaType::LongLong && reference.toLongLong() >= 0)
             out = QVariant::fromValue(PropertyListUid{reference.toULongLong()});
         else
-            out = std::move(entries);
+            out = entries;
         return true;
     }
 

@@ -98,7 +98,7 @@ void Reactor::wake() const
 
 void Reactor::run()
 {
-    std::array<epoll_event, 32> events;
+    std::array<epoll_event, 32> events{};
     for (;;) {
         const int count =
             ::epoll_wait(m_epoll, events.data(), static_cast<int>(events.size()), millisecondsToNextTimer());

@@ -38,7 +38,7 @@ bool keepOnly(int fd, quint16 port)
 /// True when there was news, or when some was lost.
 bool takeNews(int fd)
 {
-    std::array<char, 4096> news;
+    std::array<char, 4096> news{};
     bool any = false;
     for (int round = 0; round < 64; ++round) {
         if (::recv(fd, news.data(), news.size(), MSG_DONTWAIT) < 0 && errno != ENOBUFS)

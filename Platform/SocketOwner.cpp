@@ -62,7 +62,7 @@ DiagAnswer ask(const DiagRequest &request)
     const int fd = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_SOCK_DIAG);
     if (fd < 0)
         return {};
-    alignas(nlmsghdr) std::array<char, 4096> answer;
+    alignas(nlmsghdr) std::array<char, 4096> answer{};
     // The kernel answers within the call, so an answer that is not there now never comes.
     const bool sent = ::send(fd, &request, sizeof request, 0) == sizeof request;
     const ssize_t got = sent ? ::recv(fd, answer.data(), answer.size(), MSG_DONTWAIT) : -1;

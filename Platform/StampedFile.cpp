@@ -15,7 +15,7 @@ std::chrono::nanoseconds sinceEpoch(const timespec &time)
 
 bool isWholeSeconds(std::chrono::nanoseconds time)
 {
-    return time % std::chrono::seconds(1) == time.zero();
+    return time % std::chrono::seconds(1) == std::chrono::nanoseconds::zero();
 }
 } // namespace
 

@@ -78,7 +78,7 @@ bool QNUtility::isCurrentPlanPartner()
 std::optional<QString> QNUtility::machineID()
 {
     const auto machine = PropertyList::readDictionary(pathValue("RootMachineInfoPath"_L1, {}));
-    if (const auto id = machine ? PropertyList::textValue(*machine, u"machineId"_s) : std::nullopt)
+    if (auto id = machine ? PropertyList::textValue(*machine, u"machineId"_s) : std::nullopt)
         return id;
     const QByteArray system = QSysInfo::machineUniqueId();
     return system.isEmpty() ? std::nullopt : std::optional(QString::fromLatin1(system));

@@ -71,7 +71,7 @@ void CVScheduleProgressViewController::sliderDidFinishMoving(int percent)
     loadThrottleSettings();
 }
 
-void CVScheduleProgressViewController::sendDataToDemon(DemonSettingPingType, qint64 tag)
+void CVScheduleProgressViewController::sendDataToDemon(DemonSettingPingType, qint64 tag) const
 {
     if (!mainController)
         return;

@@ -144,7 +144,7 @@ private:
 
     // Bandwidth
     void setFetchData(const QVariantMap &settings);
-    void sendDataToDemon(DemonSettingPingType type, qint64 tag);
+    void sendDataToDemon(DemonSettingPingType type, qint64 tag) const;
 
     Surroundings m_surroundings;
     ScheduleProgressView *m_view = nullptr;

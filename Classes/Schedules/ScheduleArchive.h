@@ -14,5 +14,4 @@ using ScheduleRecords = std::vector<std::optional<CorvaneScheduleItem>>;
                                                                     QLatin1StringView key);
 
 /// As contentsOfArchivedFile(), from the bytes of the file.
-[[nodiscard]] std::optional<ScheduleRecords> scheduleRecordsIn(const QByteArray &archive,
-                                                               QLatin1StringView key);
+[[nodiscard]] std::optional<ScheduleRecords> scheduleRecordsIn(const QByteArray &bytes, QLatin1StringView key);

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr std::chrono::milliseconds AnswerLimit{5000};
+constexpr std::chrono::milliseconds SettingPatience{5000};
 
 /// An object on the session bus that keeps settings, and one setting of it.
 struct Setting {
@@ -112,7 +112,7 @@ void Appearance::ask(const QDBusMessage &question, std::function<void(const QVar
                      std::function<void(const QString &)> failure)
 {
     auto *call = new QDBusPendingCallWatcher(
-        m_bus.connection()->bus().asyncCall(question, static_cast<int>(AnswerLimit.count())), this);
+        m_bus.connection()->bus().asyncCall(question, static_cast<int>(SettingPatience.count())), this);
     connect(call, &QDBusPendingCallWatcher::finished, this,
             [answer = std::move(answer), failure = std::move(failure)](QDBusPendingCallWatcher *finished) {
                 const QDBusPendingReply<QDBusVariant> reply = *finished;

@@ -1,17 +1,10 @@
 #include "Platform/Desktop/Compositing.h"
 
+#include "Platform/Desktop/XcbReply.h"
+
 #include <QGuiApplication>
 
-#include <cstdlib>
-#include <memory>
-
 #include <xcb/xcb.h>
-
-namespace
-{
-template<typename Reply>
-using Owned = std::unique_ptr<Reply, decltype([](Reply *reply) { std::free(reply); })>;
-} // namespace
 
 bool desktopBlendsWindows()
 {
@@ -20,11 +13,11 @@ bool desktopBlendsWindows()
     if (!connection)
         return true;
     static constexpr char Name[] = "_NET_WM_CM_S0"; // Qt has one X screen, which is number 0 on today's servers
-    const Owned<xcb_intern_atom_reply_t> atom(
+    const XcbReply<xcb_intern_atom_reply_t> atom(
         xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 1, sizeof Name - 1, Name), nullptr));
     if (!atom || atom->atom == XCB_ATOM_NONE)
         return false;
-    const Owned<xcb_get_selection_owner_reply_t> owner(
+    const XcbReply<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
 }

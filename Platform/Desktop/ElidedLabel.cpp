@@ -46,7 +46,7 @@ QString ElidedLabel::shownText() const
     const int room = contentsRect().width() - 2 * margin();
     // More units than points of room can't be shown, unless they take no width at all.
     const qsizetype limit = std::clamp(2 * room, 64, MaxUnitsMeasured);
-    const QString line = DisplayLine::singleLine(DisplayLine::bounded(whole, limit));
+    QString line = DisplayLine::singleLine(DisplayLine::bounded(whole, limit));
     if (metrics.horizontalAdvance(line) <= room)
         return line;
     if (m_keptEnd > 0 && m_keptEnd < std::min(whole.size(), limit)) {

@@ -1,11 +1,12 @@
 #include "Platform/Desktop/PanelWatch.h"
 
+#include "Platform/Desktop/XcbReply.h"
+
 #include <QCoreApplication>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QGuiApplication>
 
-#include <cstdlib>
 #include <utility>
 
 #include <xcb/xcb.h>
@@ -19,9 +20,6 @@ constexpr std::chrono::milliseconds PatientLimit{5000}; ///< where nobody waits 
 
 const QString WatcherName = u"org.kde.StatusNotifierWatcher"_s;
 const QString WatcherPath = u"/StatusNotifierWatcher"_s;
-
-template<typename Reply>
-using Owned = std::unique_ptr<Reply, decltype([](Reply *reply) { std::free(reply); })>;
 } // namespace
 
 /// The panels that take windows: whoever owns a certain selection of the X server. Source: freedesktop.org
@@ -48,7 +46,7 @@ public:
     {
         if (!m_connection)
             return !QGuiApplication::platformName().startsWith("wayland"_L1);
-        const Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
             m_connection, xcb_get_selection_owner(m_connection, m_selection), nullptr));
         return owner && owner->owner != XCB_WINDOW_NONE;
     }
@@ -65,7 +63,7 @@ public:
 private:
     [[nodiscard]] xcb_atom_t atomIn(xcb_intern_atom_cookie_t cookie) const
     {
-        const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(m_connection, cookie, nullptr));
+        const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(m_connection, cookie, nullptr));
         return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
     }
 

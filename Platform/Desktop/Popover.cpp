@@ -64,7 +64,6 @@ public:
         setAttribute(Qt::WA_TranslucentBackground, m_blends);
         setWindowTitle(QGuiApplication::applicationDisplayName());
         setPalette(WindowLook::palette(dark));
-        m_label = new QLabel(this);
         m_label->setTextFormat(Qt::PlainText); // before the text, which may look like markup
         m_label->setText(text);
         m_label->setAlignment(Qt::AlignCenter);
@@ -137,7 +136,7 @@ private:
     std::function<void()> m_clicked;
     bool m_blends;
     bool m_dark;
-    QLabel *m_label = nullptr;
+    QLabel *const m_label = new QLabel(this);
     PopoverPlace::Side m_side = PopoverPlace::Side::Below;
     std::optional<qreal> m_tip;
 };

@@ -123,7 +123,7 @@ bool NamedPort::Exported::handleMessage(const QDBusMessage &message, const QDBus
         return false;
     const QDBusMessage answer = answerTo(message, connection);
     if (message.isReplyRequired())
-        (void)connection.send(answer);
+        std::ignore = connection.send(answer); // a caller that has gone waits for none
     return true;
 }
 
@@ -276,7 +276,7 @@ void NamedPort::State::closeAll(const QString &name)
         state->close();
 }
 
-std::unique_ptr<NamedPort> NamedPort::open(const QString &name, Handler handler, Settings settings)
+std::unique_ptr<NamedPort> NamedPort::open(const QString &name, Handler handler, const Settings &settings)
 {
     const auto state = std::make_shared<State>(name, std::move(handler), settings);
     if (state->busName.isEmpty())
@@ -290,7 +290,7 @@ std::unique_ptr<NamedPort> NamedPort::open(const QString &name, Handler handler,
         state->close();
         return nullptr;
     }
-    (void)outcome.wait_for(OpenPatience);
+    std::ignore = outcome.wait_for(OpenPatience); // a port that isn't open by then goes on trying
     return std::unique_ptr<NamedPort>(new NamedPort(state));
 }
 

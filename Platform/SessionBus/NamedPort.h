@@ -29,7 +29,7 @@ public:
     /// and so it does after a bus was lost. Null when the name is empty or no name for the bus, or when the
     /// system refuses a thread.
     [[nodiscard]] static std::unique_ptr<NamedPort> open(const QString &name, Handler handler,
-                                                         Settings settings);
+                                                         const Settings &settings);
     [[nodiscard]] static std::unique_ptr<NamedPort> open(const QString &name, Handler handler)
     {
         return open(name, std::move(handler), Settings());
