@@ -169,6 +169,9 @@ void ActivityLogsView::connectControls()
 
 void ActivityLogsView::setPeriods(const std::vector<LogPeriodEntry> &periods)
 {
+    if (periods == m_periods)
+        return; // the pop-up may be open just now
+    m_periods = periods;
     const QVariant selected = m_ui->periodPopUp->currentData();
     m_ui->periodPopUp->clear();
     for (const LogPeriodEntry &period : periods)

@@ -12,7 +12,6 @@
 
 class LogTextView;
 class QMenu;
-class QTabWidget;
 
 namespace Ui
 {
@@ -105,8 +104,8 @@ private:
     std::unique_ptr<Ui::ActivityLogs> m_ui;
     LogTableModel m_model;
     QMenu *m_menu = nullptr;
+    std::vector<LogPeriodEntry> m_periods; ///< in the pop-up
     LogListState m_listState = LogListState::Reading;
     bool m_isDark = false;
     bool m_selectionIsTold = false; ///< a call of selectionChanged is on its way
-    bool m_showsRecords = false;    ///< what changes within is not the user's doing
 };

@@ -46,11 +46,6 @@ void CVActivityLogsViewController::xmlParsed(const std::optional<LogNodes> &list
     LogManager &store = *LogMgrInst;
     ++store.currentParseCount;
     const LogNodes kept = ofThisUser(list.value_or(LogNodes()));
-    if (store.currentParseCount > store.toalParseFileCount && store.toalParseFileCount > 0)
-        QNLogger::logMonitorTrace(
-            u"DEV_TEST_LOG:: XML Parsed loading issue because of count - total: %1, current: %2"_s
-                .arg(store.toalParseFileCount)
-                .arg(store.currentParseCount));
     if (kept.empty())
         return showSoon();
     mLogContainer.insert(mLogContainer.end(), kept.rbegin(), kept.rend());
@@ -58,13 +53,18 @@ void CVActivityLogsViewController::xmlParsed(const std::optional<LogNodes> &list
         store.mLogData.insert(*store.currentLog, kept);
     if (isDeleteFromWeb())
         deleteOrderedFromWeb(kept);
+    if (store.currentParseCount > store.toalParseFileCount)
+        QNLogger::logMonitorTrace(
+            u"DEV_TEST_LOG:: XML Parsed loading issue because of count - total: %1, current: %2"_s
+                .arg(store.toalParseFileCount)
+                .arg(store.currentParseCount));
     showSoon();
 }
 
 void CVActivityLogsViewController::readEnded(LogReadEnd end)
 {
     const Reading ended = std::exchange(m_reading, Reading::Nothing);
-    if (end == LogReadEnd::Whole && ended != Reading::Page)
+    if (end == LogReadEnd::Whole)
         NotificationCenter::local().post(DeleteAllLogs);
     m_deleteAllSubscription.reset();
     if (const auto next = std::exchange(m_tagAfter, std::nullopt))

@@ -28,7 +28,8 @@ QVariant stored(const std::vector<LogColumnWidth> &columns)
 {
     QVariantList list;
     for (const LogColumnWidth &column : columns)
-        list.append(QVariantMap{{u"column"_s, LogTableModel::identifier(column.column)}, {u"width"_s, column.width}});
+        list.append(
+            QVariantMap{{u"column"_s, LogTableModel::identifier(column.column)}, {u"width"_s, column.width}});
     return list;
 }
 } // namespace
@@ -41,8 +42,9 @@ std::vector<LogColumnWidth> LogWindowSettings::columnsOf(const QVariant &stored)
     for (const QVariant &entry : stored.toList()) {
         const QVariantMap row = entry.toMap();
         const auto column = columnOf(row.value(u"column"_s).toString());
-        const bool isKnown = std::any_of(columns.begin(), columns.end(),
-                                         [&column](const LogColumnWidth &other) { return other.column == column; });
+        const bool isKnown =
+            std::any_of(columns.begin(), columns.end(),
+                        [&column](const LogColumnWidth &other) { return other.column == column; });
         if (column && !isKnown)
             columns.push_back({*column, row.value(u"width"_s).toInt()});
     }

@@ -93,7 +93,8 @@ TEST(WindowLook, PlacesOfTheSheetAreFilledIn)
     EXPECT_EQ(WindowLook::filledIn(u"a{color:@accent} b{font-size:@titleSize} @nobody@line"_s, false, 10),
               u"a{color:#1f6fd0} b{font-size:11.5pt} @nobody#e2e5ea"_s);
     const QString image = Bundle::main().resource(u"images/arrow_up_alt.svg"_s);
-    EXPECT_EQ(WindowLook::filledIn(u"a{image:@image(arrow_up)}"_s, true, 10), u"a{image:url(\"%1\")}"_s.arg(image));
+    EXPECT_EQ(WindowLook::filledIn(u"a{image:@image(arrow_up)}"_s, true, 10),
+              u"a{image:url(\"%1\")}"_s.arg(image));
     QFile file(Bundle::main().resource(u"windows.qss"_s));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString sheet = WindowLook::filledIn(QString::fromUtf8(file.readAll()), true, 10);
