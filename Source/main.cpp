@@ -6,6 +6,7 @@
 #include "Platform/Desktop/ApplicationService.h"
 #include "Platform/Desktop/Applications.h"
 #include "Platform/Desktop/PanelWatch.h"
+#include "Platform/Desktop/PlainTextOpener.h"
 #include "Platform/Desktop/Popover.h"
 #include "Platform/Desktop/RunningInstance.h"
 #include "Platform/Desktop/TrayStatusItem.h"
@@ -55,7 +56,8 @@ public:
           m_popover(m_clock, [this] { return m_controller && m_controller->applicationIsOnTheDarkSide(); }),
           m_commands(m_clock, [] {
               QNLogger::logMonitorTrace(u"A command that waited was not run: the system refused it"_s);
-          })
+          }),
+          m_textOpener(m_clock)
     {
     }
     Desktop(const Desktop &) = delete;
@@ -109,6 +111,7 @@ private:
             .ask = [this](const DesktopActions::Question &question) { return ask(question); },
             .refreshWindowColours = AlertPaneWindowController::refreshColours,
             .openUrl = openUrl,
+            .openPlainText = [this](const QString &path) { m_textOpener.open(path); },
             .activateApplication = [this](const QString &bundle) { activate(bundle, bus()); },
             .openProgram = [](const QString &path) { return Applications::open(path); },
             .launchProgram = [](const QString &name) { return Applications::launch(name); },
@@ -150,6 +153,7 @@ private:
     };
     std::unique_ptr<AlertPaneWindowController> m_message; // one at a time: a new one takes its place
     CommandQueue m_commands;
+    PlainTextOpener m_textOpener;
 };
 
 /// A daemon that goes away while it is written to must not take the monitor with it, nor a limit on file sizes.

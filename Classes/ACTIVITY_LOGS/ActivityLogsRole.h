@@ -23,4 +23,6 @@ public:
     /// Asks with an alert and waits for the answer, while the rest of the program goes on: true for the default
     /// button. Closing the alert is the alternate one.
     [[nodiscard]] virtual bool ask(const LogQuestion &question) = 0;
+    /// Records of jobs that ran have gone; CVActivityLogsViewController::takeInProgressOperations() has them.
+    virtual void inProgressLogsWereRemoved() = 0;
 };

@@ -157,6 +157,8 @@ void CVActivityLogsViewController::daemonDidDisconnect()
             if (home.expired())
                 return;
             m_inProgressOperations += removed;
+            if (!removed.isEmpty() && mainController)
+                mainController->inProgressLogsWereRemoved();
             displayLogs(m_tag);
         });
     });

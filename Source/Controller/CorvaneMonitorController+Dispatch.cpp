@@ -147,7 +147,7 @@ void CorvaneMonitorController::didReceiveResetProfileUser(const IpcMessage &)
 
 void CorvaneMonitorController::didReceiveInProgressLog(const IpcMessage &)
 {
-    later("displayLogs");
+    m_logs.displayLogs();
     menu().apply(MenuItem::ShowProgress, {.enabled = true});
 }
 
@@ -197,14 +197,13 @@ void CorvaneMonitorController::didReceiveRemoteManage(const IpcMessage &message)
     const bool someoneIsSignedIn = !m_account.shownUser().isEmpty();
     if (channel == u"remoteInstall"_s && !m_updater.isUpdateRunning()) {
         QNLogger::logMonitorTrace(u"remote install condition IPC"_s);
-        QNLogger::logMonitorTrace(u"remote install if condition"_s);
-        later("checkforupdatewithscript");
+        m_updater.remoteInstall();
     } else if (channel == u"updateprogress"_s) {
         later("showUpdateInProgress");
     } else if (channel == u"StartStop"_s && someoneIsSignedIn) {
         later("writeWebManagementState");
     } else if (channel == u"DeleteLog"_s && someoneIsSignedIn) {
-        later("deleteLog");
+        m_logs.deleteLog(message.data());
     }
 }
 

@@ -40,7 +40,8 @@ void CorvaneMonitorController::registerObservers()
     });
     observe(u"OpenPreferencesNotification"_s,
             [this](const QString &object, const QVariantMap &) { openPreferences(object); });
-    observe(u"ActivityLogsFromMonitor"_s, call([this] { viewSessionLog(); }));
+    observe(u"ActivityLogsFromMonitor"_s,
+            [this](const QString &object, const QVariantMap &) { m_logs.launchActivityLogs(object); });
     observe(u"EnableDisableSync"_s,
             [this](const QString &, const QVariantMap &userInfo) { m_sync.enableDisbleSync(userInfo); });
     observe(u"ShowSchedulerProgress"_s, call([this] { m_reports.showSchedulerProgress(); }));
@@ -83,6 +84,7 @@ void CorvaneMonitorController::enablePreferences()
     m_menu.enablePreferences();
     m_account.getPlan(m_account.signedInUser());
     m_sync.reloadPreferences();
+    m_logs.userDidChange();
     checkForTotalQuota();
 }
 
@@ -91,6 +93,7 @@ void CorvaneMonitorController::resetMonitorUI()
     m_account.signedOut();
     m_quota.stopBlinking();
     m_board.signedOut();
+    m_logs.userDidChange();
     m_menu.refreshMenu();
 }
 
@@ -135,7 +138,7 @@ void CorvaneMonitorController::follow(LaunchRules::Redirection redirection)
     case LaunchRules::Redirection::ErrorReport:
         return showErrorReport();
     case LaunchRules::Redirection::ActivityLogs:
-        return viewSessionLog();
+        return m_logs.viewSessionLog();
     case LaunchRules::Redirection::Preferences:
         return openProxySettings();
     }
@@ -145,7 +148,7 @@ void CorvaneMonitorController::applicationWasActivated()
 {
     if (const auto redirection = Launcher::redirectLaunch())
         follow(*redirection);
-    later("shouldShowLogView");
+    m_logs.shouldShowLogView();
 }
 
 void CorvaneMonitorController::loclaizationSetup(const QVariantMap &userInfo)

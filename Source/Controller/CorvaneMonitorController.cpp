@@ -50,6 +50,11 @@ CorvaneMonitorController::CorvaneMonitorController(Surroundings surroundings)
               .close = [this] { m_progressWindow.close(); }},
              m_account, m_jobs, m_board, m_notes, [this](MenuAction action) { didClick(action); }),
       m_reports(m_progressWindow, {m_account, m_jobs, m_board, m_menu, m_launcher}),
+      m_logs({.clock = m_clock,
+              .publicWebHost = deploymentValue(u"PublicWebHost"_s).value_or(QString()),
+              .isDark = [this] { return windowsAreOnTheDarkSide(); },
+              .inProgressLogsWereRemoved = [this] { pingAgain(); }},
+             {m_account, m_launcher, m_updater, m_desktop}),
       m_sync({m_account, m_board, m_notes, m_menu, m_notifications},
              [this](const QVariantList &array) { dispatch(array, Origin::SyncDaemon); }),
       m_quota(m_clock, m_account, m_jobs, m_board), m_daemon(*this, m_clock, std::move(surroundings.peers))
@@ -86,13 +91,17 @@ void CorvaneMonitorController::awakeFromNib()
     m_updater.start();
     m_sync.start();
     startDelayedWork();
-    if (const auto redirection = Launcher::redirectLaunch())
+    const auto redirection = Launcher::redirectLaunch();
+    if (redirection && redirection != LaunchRules::Redirection::ActivityLogs)
         follow(*redirection);
     m_board.makeAnimators();
     QNLogger::logMonitorTrace(u"OSversionis: "_s + QNUtility::macOSVersion());
     later("displayHandleofCDP");
     later("checkWebmanagementState");
     m_launcher.announceSilentUpdate();
+    m_logs.start();
+    if (redirection == LaunchRules::Redirection::ActivityLogs)
+        follow(*redirection);
 
     registerObservers();
     m_daemon.start();
@@ -100,7 +109,7 @@ void CorvaneMonitorController::awakeFromNib()
         m_notifications.observe(u"changeLanguage"_s, [this](const QString &, const QVariantMap &userInfo) {
             loclaizationSetup(userInfo);
         }));
-    later("shouldShowLogView");
+    m_logs.shouldShowLogView();
     m_menu.refreshMenu(); // a panel sizes the menu by what stood in it before an opening
 }
 
@@ -193,6 +202,7 @@ bool CorvaneMonitorController::windowsAreOnTheDarkSide() const
 void CorvaneMonitorController::windowLookChanged()
 {
     m_progressWindow.refreshColours();
+    m_logs.refreshColours();
     m_desktop.refreshWindowColours();
 }
 
@@ -241,7 +251,7 @@ void CorvaneMonitorController::didClick(MenuAction action)
     case MenuAction::ReportError:
         return showErrorReport();
     case MenuAction::ViewLogs:
-        return viewSessionLog();
+        return m_logs.viewSessionLog();
     case MenuAction::PauseOrResumeSync:
         return m_sync.pauseResumeSync();
     case MenuAction::ShowStatus:
@@ -293,22 +303,34 @@ void CorvaneMonitorController::openProxySettings()
     later("openProxySettings");
 }
 
-void CorvaneMonitorController::viewSessionLog()
+// ---- Roles -------------------------------------------------------------------------------------------------
+
+void CorvaneMonitorController::channelDidConnect()
 {
-    later("viewSessionLog");
+    m_logs.daemonDidConnect();
+    m_daemon.connected();
 }
 
-// ---- Roles -------------------------------------------------------------------------------------------------
+/// The daemon may be back before the records of the jobs that it runs have gone, and shall write them again.
+void CorvaneMonitorController::pingAgain()
+{
+    if (m_daemon.channel().isConnected())
+        m_daemon.channel().send(OutboundMessages::pingFromMonitor(pingDetails()));
+}
 
 QVariantMap CorvaneMonitorController::pingDetails()
 {
     const QVariantMap record = UserRecords::getActiveUserDetails().value_or(QVariantMap());
-    return OutboundMessages::pingDetails(::consoleUser(), PropertyList::textValue(record, u"Username"_s), {});
+    QVariantList inProgress;
+    for (const QString &log : m_logs.inProgressOperations())
+        inProgress.append(log);
+    return OutboundMessages::pingDetails(::consoleUser(), PropertyList::textValue(record, u"Username"_s),
+                                         inProgress);
 }
 
 void CorvaneMonitorController::channelDidDisconnect()
 {
-    later("removeInProgressLogsFromXML");
+    m_logs.daemonDidDisconnect();
     m_daemon.disconnected();
 }
 

@@ -13,6 +13,7 @@
 #include "Source/Controller/IpcMessage.h"
 #include "Source/Controller/JobReports.h"
 #include "Source/Controller/Launcher.h"
+#include "Source/Controller/LogViewer.h"
 #include "Source/Controller/MenuKeeper.h"
 #include "Source/Controller/QuotaWatch.h"
 #include "Source/Controller/ScheduledJobs.h"
@@ -58,6 +59,7 @@ public:
     [[nodiscard]] SyncControl &sync() { return m_sync; }
     [[nodiscard]] JobReports &jobReports() { return m_reports; }
     [[nodiscard]] Launcher &launcher() { return m_launcher; }
+    [[nodiscard]] LogViewer &logs() { return m_logs; }
 
     /// @name Announcements, in CorvaneMonitorController+Notifications.cpp
     /// @{
@@ -106,7 +108,7 @@ public:
     /// @}
 
     // DaemonChannelOwner
-    void channelDidConnect() override { m_daemon.connected(); }
+    void channelDidConnect() override;
     [[nodiscard]] QVariantMap pingDetails() override;
     void channelDidDisconnect() override;
     void didReceiveProgress(const DaemonMessage &report) override;
@@ -145,11 +147,12 @@ private:
     void follow(LaunchRules::Redirection redirection);
     void restart(); ///< once the language is written
 
+    void pingAgain();
+
     // Clicks
     void didClick(MenuAction action);
     void showErrorReport();
     void openProxySettings();
-    void viewSessionLog();
 
     // Dispatch
     struct DispatchRow {
@@ -192,6 +195,7 @@ private:
     DesktopNotes m_notes;
     MenuKeeper m_menu;
     JobReports m_reports;
+    LogViewer m_logs;
     SyncControl m_sync;
     QuotaWatch m_quota;
     DaemonLine m_daemon;

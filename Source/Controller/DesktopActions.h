@@ -31,6 +31,8 @@ struct DesktopActions {
     /// Has the alerts that stand take the desktop's colours anew.
     std::function<void()> refreshWindowColours = [] {};
     std::function<void(const QUrl &)> openUrl = [](const QUrl &) {};
+    /// Opens a file with the desktop's program for plain text.
+    std::function<void(const QString &path)> openPlainText = [](const QString &) {};
     /// Brings a running application to the front.
     std::function<void(const QString &identifier)> activateApplication = [](const QString &) {};
     /// Starts a program by its path, or by its name; false when that fails.

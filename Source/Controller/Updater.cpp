@@ -29,6 +29,14 @@ void Updater::start()
     QNUtility::removeFile(LaunchRules::rootFile(LaunchRules::LaunchHelper));
 }
 
+void Updater::remoteInstall()
+{
+    if (isupdaterunning)
+        return;
+    QNLogger::logMonitorTrace(u"remote install if condition"_s);
+    later("checkforupdatewithscript");
+}
+
 void Updater::performAutoUpdateWithoutDateCheck()
 {
     later("performAutoUpdateWithoutDateCheck");

@@ -13,6 +13,8 @@ public:
     /// Carries out what was asked for before the start, and looks once a day from now on.
     void start();
     void performAutoUpdateWithoutDateCheck();
+    /// An installation ordered from afar; nothing while an update runs.
+    void remoteInstall();
     [[nodiscard]] bool isUpdateRunning() const { return isupdaterunning; }
 
 private:

@@ -27,6 +27,7 @@ public:
             whileAsking();
         return answer;
     }
+    void inProgressLogsWereRemoved() override { done.append(QStringLiteral("in progress")); }
     void initiateLaunchCorvaneApp(const QString &view) override { done.append(view); }
     void presentFullDiskAccessWindow() override { done.append(QStringLiteral("disk access")); }
     void openUrl(const QUrl &address) override { done.append(address.toString()); }
