@@ -10,7 +10,6 @@
 
 #include <ctime>
 #include <limits>
-#include <random>
 
 using namespace Qt::StringLiterals;
 using PropertyList::Format;
@@ -203,22 +202,14 @@ TEST(PropertyListTest, RefusesWhatIsDamagedOrHostile)
     }
 }
 
-TEST(PropertyListTest, DamagedBytesGiveAnAnswer)
+TEST(PropertyListTest, AListThatIsCutOffIsNone)
 {
     const QVariantMap list{{u"a"_s, QVariantList{1LL, 2.5, true, QByteArray("xyz")}},
                            {u"é"_s, QDateTime(QDate(2026, 1, 1), QTime(1, 2), Qt::UTC)}};
-    std::mt19937 random(20261122); // fixed, so that a failure comes again
     for (const auto format : {Format::Xml, Format::Binary}) {
         const auto whole = PropertyList::serialize(list, format).value();
         for (qsizetype length = 0; length < whole.size() - 10; ++length)
             EXPECT_FALSE(PropertyList::parse(whole.first(length))) << length;
-        for (int round = 0; round < 3000; ++round) {
-            auto bytes = whole;
-            for (int flip = 0; flip <= round % 3; ++flip)
-                bytes[qsizetype(random() % size_t(bytes.size()))] = char(random());
-            const auto value = PropertyList::parse(bytes);
-            EXPECT_TRUE(!value || value->isValid() || format == Format::Binary); // only binary lists know null
-        }
     }
 }
 
