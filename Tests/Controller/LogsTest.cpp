@@ -95,6 +95,7 @@ TEST_F(LogsTest, ALostConnectionEndsWhatWasInProgressAndTellsTheDaemonOnce)
     peer.reset();
     ASSERT_TRUE(waitUntil([this] { return !home.read(dayFile).contains("In Progress"); }));
     EXPECT_TRUE(home.read(dayFile).contains("Backup/done"));
+    clock.advance(100ms); // the pace of trying again
     peer = listener.accept();
     ASSERT_TRUE(peer);
     QStringList told = inProgressOf(peer->receiveFrame());
