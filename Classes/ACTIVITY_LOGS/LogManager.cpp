@@ -237,12 +237,14 @@ void LogManager::readFile(const QString &key, const QString &today)
         known = *cached;
     mQueue.async([folder = mLogDumpPath, key, known = std::move(known), self = m_self, read = m_read] {
         LogParseOperation operation(folder, key, read->stop.get_token());
-        if (!known)
+        if (known)
+            operation.parsedData = known;
+        else
             operation.main();
         if (read->stop.stop_requested())
             return;
         onMainThread([self, read, key, wasParsed = !known, reason = operation.reason,
-                      list = known ? known : std::move(operation.parsedData)] {
+                      list = std::move(operation.parsedData)] {
             if (!*self || (*self)->m_read != read)
                 return;
             if (!list && read->unread++ == 0)

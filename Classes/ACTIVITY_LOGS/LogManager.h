@@ -37,8 +37,8 @@ public:
     /// How many records were rebuilt.
     using OldLogsEnded = std::function<void(int records)>;
 
-    /// `master` owns the store, and outlives it.
-    LogManager(LogMaster &master, const Clock &clock, Logs logs = Logs::Current);
+    /// `owner` holds the store, and outlives it.
+    LogManager(LogMaster &owner, const Clock &clock, Logs logs = Logs::Current);
     ~LogManager();
     LogManager(const LogManager &) = delete;
     LogManager &operator=(const LogManager &) = delete;

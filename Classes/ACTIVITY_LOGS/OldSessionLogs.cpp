@@ -25,8 +25,8 @@ constexpr qsizetype PieceBytes = 256 * 1024;
 struct Operation {
     QLatin1StringView folder;
     QLatin1StringView name; ///< as records of it are numbered
-    const char *line;
-    LineCount::Letters letters;
+    const char *line = nullptr;
+    LineCount::Letters letters = LineCount::Letters::Exact;
 };
 /// In the order in which a day's records are made. By its own name a deletion would count as a sync.
 constexpr Operation Operations[] = {
