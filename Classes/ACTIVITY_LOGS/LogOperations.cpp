@@ -11,7 +11,7 @@ namespace
 {
 struct NamedOperation {
     QLatin1StringView name; ///< in lower case
-    int optype = 0;
+    int optype;
 };
 
 constexpr NamedOperation NamedOperations[] = {
