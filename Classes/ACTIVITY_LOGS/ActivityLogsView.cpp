@@ -233,6 +233,7 @@ void ActivityLogsView::showTabs(const std::vector<LogTab> &tabs, bool isSync)
     QTabWidget *panel = isSync ? m_ui->mSyncTabView : m_ui->mDetailTabView;
     QTabWidget *other = isSync ? m_ui->mDetailTabView : m_ui->mSyncTabView;
     std::vector<QWidget *> wanted;
+    wanted.reserve(tabs.size());
     for (const LogTab tab : tabs)
         wanted.push_back(&textView(tab));
     bool isSame = panel->count() == int(wanted.size());

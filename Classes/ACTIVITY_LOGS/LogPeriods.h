@@ -14,7 +14,7 @@ namespace LogPeriods
 enum Tag : int { Week = 0, Month = 1, Beginning = 2, TwoWeeks = 3, Archive = 4 };
 
 struct Period {
-    int tag;
+    int tag = Week;
     QLatin1StringView key; ///< of the path table: names the notification that chooses it
     const LocalizedText &title;
 };

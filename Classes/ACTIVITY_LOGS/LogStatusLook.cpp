@@ -24,7 +24,7 @@ constexpr LogStatusLook Looks[LogStates] = {
 };
 
 struct Image {
-    const char16_t *name;
+    const char16_t *name = nullptr;
     std::initializer_list<int> optypes;
 };
 const Image Images[] = {

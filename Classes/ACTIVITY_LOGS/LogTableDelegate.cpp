@@ -134,7 +134,7 @@ QSize LogTableDelegate::sizeHint(const QStyleOptionViewItem &option, const QMode
         column == LogColumn::Delete
             ? ButtonSide + Padding
             : widthFor(option.fontMetrics.horizontalAdvance(text), hasImage) + (isLeftmost(index) ? Indent : 0);
-    return {width, m_view.rowHeightFor(option.fontMetrics)};
+    return {width, LogTableView::rowHeightFor(option.fontMetrics)};
 }
 
 bool LogTableDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,

@@ -46,7 +46,7 @@ const QString &usualText(LogColumn column)
 }
 } // namespace
 
-LogTableView::LogTableView(QWidget *parent) : QTableView(parent)
+LogTableView::LogTableView(QWidget *parent) : QTableView(parent), m_delegate(new LogTableDelegate(*this))
 {
     makeLogTablesAccessible();
     setSelectionBehavior(SelectRows);
@@ -62,7 +62,6 @@ LogTableView::LogTableView(QWidget *parent) : QTableView(parent)
     viewport()->setMouseTracking(true);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_delegate = new LogTableDelegate(*this);
     setItemDelegate(m_delegate);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &LogTableView::lookForEnd);
 }
@@ -423,7 +422,7 @@ void LogTableView::reset()
 
 void LogTableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    QAbstractItemView::currentChanged(current, previous);
+    QAbstractItemView::currentChanged(current, previous); // NOLINT(bugprone-parent-virtual-call)
     updateRow(previous.row());
     updateRow(current.row());
     if (QAccessible::isActive() && current.isValid() && hasFocus()) {
@@ -435,7 +434,7 @@ void LogTableView::currentChanged(const QModelIndex &current, const QModelIndex 
 
 void LogTableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
-    QAbstractItemView::selectionChanged(selected, deselected);
+    QAbstractItemView::selectionChanged(selected, deselected); // NOLINT(bugprone-parent-virtual-call)
     if (QAccessible::isActive()) {
         QAccessibleEvent within(this, QAccessible::SelectionWithin);
         QAccessible::updateAccessibility(&within);
