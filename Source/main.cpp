@@ -54,9 +54,9 @@ public:
                        tell(&CorvaneMonitorController::windowLookChanged), m_notifications.bus()),
           m_panels(m_notifications.bus()), m_statusItem(Bundle::main().resource(u"images"_s), m_panels),
           m_popover(m_clock, [this] { return m_controller && m_controller->applicationIsOnTheDarkSide(); }),
-          m_commands(m_clock, [] {
-              QNLogger::logMonitorTrace(u"A command that waited was not run: the system refused it"_s);
-          }),
+          m_commands(
+              m_clock,
+              [] { QNLogger::logMonitorTrace(u"A command that waited was not run: the system refused it"_s); }),
           m_textOpener(m_clock)
     {
     }

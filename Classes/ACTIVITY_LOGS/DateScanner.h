@@ -65,7 +65,7 @@ public:
     bool skipBlanks();
     bool skip(char16_t unit);
     /// A word is as long as its letters go, in any case.
-    bool skipWord(QStringView word);
+    bool skipWord(QStringView wanted);
 
     /// A run of digits whose length lies between the two; any other is no number.
     std::optional<Number> number(int leastDigits, int mostDigits);

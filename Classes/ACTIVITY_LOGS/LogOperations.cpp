@@ -11,7 +11,7 @@ namespace
 {
 struct NamedOperation {
     QLatin1StringView name; ///< in lower case
-    int optype;
+    int optype = 0;
 };
 
 constexpr NamedOperation NamedOperations[] = {

@@ -173,18 +173,6 @@ void sortByText(LogNodes &records, bool ascending, TextOf textOf, KeyOf keyOf)
     reorder(records, places);
 }
 
-std::weak_ordering compared(const QString &a, const QString &b)
-{
-    return a.compare(b) <=> 0;
-}
-
-std::weak_ordering comparedAsDates(const LogNode &a, const LogNode &b, bool oldLogs)
-{
-    const QStringView form = oldLogs ? u"MMM dd, yyyy hh:mm:ss a" : u"MM-dd-yyyy HH:mm:ss";
-    const auto dateA = DateForms::readAs(form, a.datetime);
-    const auto dateB = DateForms::readAs(form, b.datetime);
-    return dateA && dateB ? dateA->seconds <=> dateB->seconds : std::weak_ordering::equivalent;
-}
 } // namespace
 
 std::array<LogSorting::SortDescriptor, 5> LogSorting::sortTableColumns()
@@ -220,26 +208,6 @@ void LogSorting::sortLogsArray(LogNodes &records, SortDescriptor descriptor, con
     case Key::Files:
         return sortByText(records, ascending, std::mem_fn(&LogNode::files), numericKey);
     }
-}
-
-std::weak_ordering LogSorting::sort(const LogNode &a, const LogNode &b, const Context &context)
-{
-    std::weak_ordering answer = std::weak_ordering::less;
-    if (context.key == Key::Operation && context.target)
-        answer = compared(context.target(a.optype), context.target(b.optype));
-    else if (context.key == Key::Operation)
-        answer = std::weak_ordering::equivalent;
-    else if (context.key == Key::Duration)
-        answer = compared(numericKey(a.duration), numericKey(b.duration));
-    else if (context.key == Key::Status)
-        answer = compared(a.status, b.status);
-    else if (context.key == Key::Files)
-        answer = compared(numericKey(a.files), numericKey(b.files));
-    else if (context.key == Key::DateTime && isInProgress(a) != isInProgress(b))
-        return isInProgress(a) ? std::weak_ordering::less : std::weak_ordering::greater;
-    else if (context.key == Key::DateTime)
-        answer = comparedAsDates(a, b, context.oldLogs);
-    return context.isDescending ? 0 <=> answer : answer;
 }
 
 QString LogSorting::numericKey(QStringView text)

@@ -6,7 +6,6 @@
 #include <QLocale>
 
 #include <array>
-#include <compare>
 #include <functional>
 
 /// The orders of the list. Each sort is stable and reads each text once; records that are null stand last.
@@ -43,17 +42,6 @@ void sortRecords(LogNodes &records, bool newestFirst, const QDateTime &now, cons
 /// their shown texts stand in a list of words. Texts that compare the same keep their order.
 void sortLogsArray(LogNodes &records, SortDescriptor descriptor, const Words &words, const QDateTime &now,
                    const Trace &trace = {});
-
-/// How two records are compared by sort().
-struct Context {
-    std::optional<Key> key;
-    std::function<QString(const QString &optype)> target; ///< display names; all are empty without it
-    bool isDescending = false;
-    bool oldLogs = false; ///< dates of the archive: "Sep 24, 2026 10:00:00 AM"
-};
-/// Less where `a` stands before `b`, which is also the answer without a key. "In Progress" stands before all
-/// others by date in both directions; dates that can't be read compare the same as any.
-[[nodiscard]] std::weak_ordering sort(const LogNode &a, const LogNode &b, const Context &context);
 
 /// A text that orders as `text` does when its runs of digits are compared by value: "9" before "10", "007" the
 /// same as "7".

@@ -9,7 +9,7 @@
 /// The texts of one record, in the order of its tabs. A file that is gone or can't be read is an empty text.
 struct LogPage {
     struct Tab {
-        LogTab tab;
+        LogTab tab = {};
         LogText text;
     };
     QString logfile;

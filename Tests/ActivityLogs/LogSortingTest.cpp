@@ -121,23 +121,3 @@ TEST(LogSortingTest, ColumnsOrderByTheirOwnRule)
         EXPECT_EQ(names(descending), row.descending);
     });
 }
-
-TEST(LogSortingTest, TwoRecordsCompareAsTheContextSays)
-{
-    const auto early = record("a", "09-23-2026 10:00:00");
-    const auto late = record("b", "09-24-2026 09:00:00", "In Progress");
-    const auto archived = record("c", "Sep 23, 2026 10:00:00 PM", "In Progress");
-    const auto answer = [](const LogNodePtr &a, const LogNodePtr &b, LogSorting::Context context) {
-        const auto ordering = LogSorting::sort(*a, *b, context);
-        return ordering < 0 ? -1 : ordering > 0 ? 1 : 0;
-    };
-    EXPECT_EQ(answer(late, early, {.key = Key::DateTime}), -1) << "it runs";
-    EXPECT_EQ(answer(early, late, {.key = Key::DateTime, .isDescending = true}), 1);
-    EXPECT_EQ(answer(late, archived, {.key = Key::DateTime}), 0) << "of another form";
-    late->datetime = u"Sep 23, 2026 11:00:00 AM"_s;
-    EXPECT_EQ(answer(late, archived, {.key = Key::DateTime, .oldLogs = true}), -1);
-    EXPECT_EQ(answer(late, archived, {.key = Key::DateTime, .isDescending = true, .oldLogs = true}), 1);
-    EXPECT_EQ(answer(late, early, {.key = Key::Status}), -1);
-    EXPECT_EQ(answer(late, early, {.key = Key::Operation}), 0) << "names without a source";
-    EXPECT_EQ(answer(late, late, {}), -1);
-}
