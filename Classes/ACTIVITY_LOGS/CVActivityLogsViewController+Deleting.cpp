@@ -17,11 +17,17 @@
 
 using namespace Qt::StringLiterals;
 
+/// The answer counts only where the account and the logs are still those that the question was about.
 bool CVActivityLogsViewController::isConfirmed(const QString &question) const
 {
-    return mainController && mainController->ask({.text = question,
-                                                  .defaultButton = SchedulerProgressVC::yesButton,
-                                                  .alternateButton = SchedulerProgressVC::noButton});
+    if (!mainController)
+        return false;
+    const auto user = mainController->lastLoggedInUser();
+    const LogManager::Logs logs = m_logs;
+    const bool isYes = mainController->ask({.text = question,
+                                            .defaultButton = SchedulerProgressVC::yesButton,
+                                            .alternateButton = SchedulerProgressVC::noButton});
+    return isYes && user == mainController->lastLoggedInUser() && logs == m_logs;
 }
 
 void CVActivityLogsViewController::deleteRow(const LogNodePtr &record)
@@ -41,33 +47,24 @@ void CVActivityLogsViewController::deleteSelectedItems()
 
 void CVActivityLogsViewController::remove(const LogNodes &records)
 {
-    if (m_view)
-        m_view->model().removeRecords(records);
-    if (isReading()) {
-        m_awaitingDeletion.insert(records.begin(), records.end());
-        return;
-    }
-    const RecordSet wanted(records.begin(), records.end());
-    LogNodes gone;
-    std::copy_if(mLogContainer.begin(), mLogContainer.end(), std::back_inserter(gone),
-                 [&wanted](const LogNodePtr &record) { return wanted.contains(record); });
-    deleteNow(gone);
+    if (isReading()) // which may have seen their files already
+        m_deletedMeanwhile.insert(records.begin(), records.end());
+    deleteNow(records);
 }
 
-/// What was deleted while the list was read anew.
-void CVActivityLogsViewController::deleteAwaited()
+/// What was deleted while the list was read anew doesn't come back with it.
+void CVActivityLogsViewController::leaveOutDeleted()
 {
-    const RecordSet wanted = std::exchange(m_awaitingDeletion, {});
-    if (!wanted.empty())
-        remove(LogNodes(wanted.begin(), wanted.end()));
+    const RecordSet gone = std::exchange(m_deletedMeanwhile, {});
+    if (!gone.empty())
+        std::erase_if(mLogContainer, [&gone](const LogNodePtr &record) { return gone.contains(record); });
 }
 
-/// `records` are of the list.
 void CVActivityLogsViewController::deleteNow(const LogNodes &records)
 {
     if (records.empty())
         return;
-    const std::unordered_set<LogNodePtr> gone(records.begin(), records.end());
+    const RecordSet gone(records.begin(), records.end());
     std::erase_if(mLogContainer, [&gone](const LogNodePtr &record) { return gone.contains(record); });
     if (std::exchange(m_sortTurn, nullptr))
         sortAndShow(); // the sort that runs would bring them back
@@ -79,30 +76,35 @@ void CVActivityLogsViewController::deleteNow(const LogNodes &records)
 /// What could not be taken out of its file is still there, and is shown again.
 void CVActivityLogsViewController::deletionEnded(const LogNodes &kept)
 {
+    for (const LogNodePtr &record : kept)
+        m_deletedMeanwhile.erase(record);
     if (!kept.empty() && !isReading())
         displayLogs(m_tag);
 }
 
 void CVActivityLogsViewController::deleteAllItems()
 {
-    if (!isConfirmed(ActivityLogsVC::deleteAllItems))
+    const int tag = m_tag;
+    // While the list is read anew the rows that the user sees are the window's.
+    const LogNodes rows = m_view ? m_view->model().records() : mLogContainer;
+    if (!isConfirmed(ActivityLogsVC::deleteAllItems) || tag != m_tag)
         return;
-    if (!LogPeriods::isPaged(m_tag))
-        return performDeleteAllViewLogs();
-    if (m_reading == Reading::ForDeletion)
-        return;
-    beginRead(Reading::ForDeletion);
+    if (!LogPeriods::isPaged(tag))
+        return remove(rows);
     if (m_view)
         m_view->showRecords({}, m_now);
+    const bool isEveryDayRead = m_reading == Reading::ForDeletion; // for an order from the web
+    if (!isEveryDayRead)
+        beginRead(Reading::ForDeletion);
     m_deleteAllSubscription = NotificationCenter::local().observe(
         u"DeleteAllLogs"_s, [this](const QVariantMap &) { performDeleteAllViewLogs(); });
-    LogMgrInst->fetchAndDeleteAllLogs();
+    if (!isEveryDayRead)
+        LogMgrInst->fetchAndDeleteAllLogs();
 }
 
 void CVActivityLogsViewController::performDeleteAllViewLogs()
 {
-    // While the list is read anew the rows that the user saw are the window's.
-    const LogNodes all = isReading() && m_view ? m_view->model().records() : mLogContainer;
+    const LogNodes all = mLogContainer;
     remove(all);
 }
 
@@ -110,6 +112,9 @@ void CVActivityLogsViewController::performDeleteAllViewLogs()
 
 void CVActivityLogsViewController::deleteLog(const QString &fromRemote, const QString &operation)
 {
+    if (fromRemote.isEmpty())
+        return; // it would fit each record without a session log
+    m_choice = std::make_shared<int>();
     operationFilename = fromRemote;
     operationType = operation;
     m_webOrders.push_back({fromRemote, LogOperations::getOptypeForOperationName(operation)});

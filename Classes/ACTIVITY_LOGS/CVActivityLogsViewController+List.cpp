@@ -48,6 +48,7 @@ void CVActivityLogsViewController::xmlParsed(const std::optional<LogNodes> &list
     const LogNodes kept = ofThisUser(list.value_or(LogNodes()));
     if (kept.empty())
         return showSoon();
+    m_sortTurn.reset(); // it knows nothing of these
     mLogContainer.insert(mLogContainer.end(), kept.rbegin(), kept.rend());
     if (store.isParsed && store.currentLog)
         store.mLogData.insert(*store.currentLog, kept);
@@ -69,7 +70,11 @@ void CVActivityLogsViewController::readEnded(LogReadEnd end)
     m_deleteAllSubscription.reset();
     if (const auto next = std::exchange(m_tagAfter, std::nullopt))
         return displayLogs(*next);
-    deleteAwaited();
+    if (end == LogReadEnd::Whole && ended != Reading::ForDeletion && m_pagesToRead > m_pagesRead &&
+        !LogMgrInst->unparsedLogs.empty())
+        return readPage();
+    m_pagesToRead = 0;
+    leaveOutDeleted();
     refreshPeriods();
     displayLogsView();
     if (m_view && ended != Reading::Page)
@@ -78,7 +83,8 @@ void CVActivityLogsViewController::readEnded(LogReadEnd end)
 
 void CVActivityLogsViewController::showSoon()
 {
-    const bool fills = m_view && m_view->isVisible() && m_view->model().rowCount() == 0;
+    const bool fills = m_view && m_view->isVisible() && m_view->model().rowCount() == 0 &&
+                       m_reading != Reading::ForDeletion; // its rows are about to go
     if (fills && !mLogContainer.empty() && !m_frameTimer)
         m_frameTimer = m_surroundings.clock.start(Frame, Clock::Repeat::Once, [this] {
             m_frameTimer.reset();

@@ -52,6 +52,7 @@ void CVActivityLogsViewController::sortLogs(int tag)
 
 void CVActivityLogsViewController::updatePopUpMenu(int tag)
 {
+    m_choice = std::make_shared<int>();
     storePeriod(tag);
     displayLogs(tag);
 }
@@ -67,6 +68,8 @@ void CVActivityLogsViewController::displayLogs(int tag)
         return;
     }
     useStore(tag == LogPeriods::Archive ? LogManager::Logs::Archived : LogManager::Logs::Current);
+    m_pagesToRead = tag == m_tagRead ? m_pagesRead : 0; // the rows that the user has scrolled to stay
+    m_tagRead = tag;
     beginRead(isDeleteFromWeb() ? Reading::ForDeletion : Reading::Period);
     if (firstDay && !isDeleteFromWeb())
         LogMgrInst->fetchLogs(*firstDay, m_now.date());
@@ -77,6 +80,8 @@ void CVActivityLogsViewController::displayLogs(int tag)
 void CVActivityLogsViewController::beginRead(Reading what)
 {
     m_reading = what;
+    m_pagesRead = 0;
+    m_sortTurn.reset(); // it would bring back what the read takes away
     m_now = m_surroundings.clock.now();
     m_deleteAllSubscription.reset();
     m_frameTimer.reset();
@@ -108,7 +113,13 @@ void CVActivityLogsViewController::scrollViewDidScroll()
 {
     if (isReading() || !LogPeriods::isPaged(m_tag) || !LogMgrInst || LogMgrInst->unparsedLogs.empty())
         return;
+    readPage();
+}
+
+void CVActivityLogsViewController::readPage()
+{
     m_reading = Reading::Page;
+    ++m_pagesRead;
     LogMgrInst->fetchLogsForPage(++LogMgrInst->currentPage);
 }
 
@@ -120,12 +131,18 @@ void CVActivityLogsViewController::showArchiveLogs()
         refreshPeriods();
         return selectPeriod(m_tag);
     }
-    m_sweep.start(pathValue("SessionLogsFolderPath"_L1, {}), [this](const OldLogLayout::Swept &) {
-        // A store of its own each time: what the last one kept of the files may be old.
-        LogMgrInst.reset();
-        displayLogs(LogPeriods::Archive);
-        initializers();
-    });
+    m_choice = std::make_shared<int>();
+    m_sweep.start(pathValue("SessionLogsFolderPath"_L1, {}),
+                  [this, choice = std::weak_ptr<int>(m_choice)](const OldLogLayout::Swept &) {
+                      if (choice.expired())
+                          return; // the user has chosen something else since
+                      if (m_reading == Reading::ForDeletion)
+                          return displayLogs(LogPeriods::Archive); // waits for the end of that read
+                      // A store of its own each time: what the last one kept of the files may be old.
+                      LogMgrInst.reset();
+                      displayLogs(LogPeriods::Archive);
+                      initializers();
+                  });
 }
 
 void CVActivityLogsViewController::refreshPeriods()

@@ -90,12 +90,24 @@ void CVActivityLogsViewController::onlineHelp()
 
 void CVActivityLogsViewController::archiveSelectedLog()
 {
-    if (m_view && m_surroundings.chooseFolder && !m_view->table().selectedRecords().empty())
-        m_surroundings.chooseFolder(m_view, QDir::homePath() + u"/Desktop/"_s,
-                                    [this](const QString &folder) { saveTo(folder); });
+    if (!m_view)
+        return;
+    // The list may be another by the time that a folder is chosen.
+    std::vector<LogArchive::Row> rows;
+    for (const LogNodePtr &record : m_view->table().selectedRecords())
+        rows.push_back({record->logfile, LogTabs::isSyncLog(record->logfile)});
+    if (!rows.empty())
+        saveRows(rows);
 }
 
-void CVActivityLogsViewController::saveTo(const QString &folder)
+void CVActivityLogsViewController::saveRows(const std::vector<LogArchive::Row> &rows)
+{
+    if (m_surroundings.chooseFolder)
+        m_surroundings.chooseFolder(m_view, QDir::homePath() + u"/Desktop/"_s,
+                                    [this, rows](const QString &folder) { saveTo(folder, rows); });
+}
+
+void CVActivityLogsViewController::saveTo(const QString &folder, const std::vector<LogArchive::Row> &rows)
 {
     if (!m_view || !mainController)
         return;
@@ -104,14 +116,11 @@ void CVActivityLogsViewController::saveTo(const QString &folder)
                                                   .text = DynamicViewLogs::unableToWriteAlert,
                                                   .defaultButton = DynamicViewLogs::selectAnotherBtn,
                                                   .alternateButton = AlertPanel::okButton});
-        return another ? archiveSelectedLog() : void();
+        return another ? saveRows(rows) : void();
     }
-    std::vector<LogArchive::Row> rows;
-    for (const LogNodePtr &record : m_view->table().selectedRecords())
-        rows.push_back({record->logfile, LogTabs::isSyncLog(record->logfile)});
-    m_saving.start(std::move(rows), folder, [this](const LogArchive::Saved &saved) {
+    m_saving.start(rows, folder, [this](const LogArchive::Saved &saved) {
         if (saved.needsAlert() && mainController)
-            (void)mainController->ask(
+            std::ignore = mainController->ask(
                 {.text = DynamicViewLogs::unableToWriteAlert, .defaultButton = AlertPanel::okButton});
     });
 }

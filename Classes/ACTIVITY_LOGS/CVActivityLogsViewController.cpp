@@ -83,7 +83,8 @@ void CVActivityLogsViewController::userDidChange()
 {
     // What was ordered for one account is not another's.
     m_webOrders.clear();
-    m_awaitingDeletion.clear();
+    m_deletedMeanwhile.clear();
+    m_choice.reset();
     m_tagAfter.reset();
     m_reading = Reading::Nothing;
     displayLogs(m_tag);

@@ -135,6 +135,7 @@ private:
     void selectPeriod(int tag);
     void beginRead(Reading what);
     void useStore(LogManager::Logs logs);
+    void readPage();
     void refreshPeriods();
 
     // List
@@ -150,7 +151,7 @@ private:
     [[nodiscard]] bool isConfirmed(const QString &question) const;
     void remove(const LogNodes &records);
     void deleteNow(const LogNodes &records);
-    void deleteAwaited();
+    void leaveOutDeleted();
     void performDeleteAllViewLogs();
     void deleteOrderedFromWeb(const LogNodes &news);
     void deletionEnded(const LogNodes &kept);
@@ -158,7 +159,8 @@ private:
     // Texts
     void showPage(const LogPage &page);
     void emptyTexts();
-    void saveTo(const QString &folder);
+    void saveRows(const std::vector<LogArchive::Row> &rows);
+    void saveTo(const QString &folder, const std::vector<LogArchive::Row> &rows);
 
     Surroundings m_surroundings;
     ActivityLogsView *m_view = nullptr;
@@ -166,7 +168,11 @@ private:
     std::unique_ptr<LogManager> LogMgrInst;
     LogManager::Logs m_logs = LogManager::Logs::Current;
     Reading m_reading = Reading::Nothing;
-    int m_tag = LogPeriods::Week;  ///< of the pop-up
+    int m_tag = LogPeriods::Week; ///< of the pop-up
+    int m_tagRead = LogPeriods::Week;
+    int m_pagesRead = 0;           ///< behind the first days of the read
+    int m_pagesToRead = 0;         ///< of a read that takes the place of one with so many
+    std::shared_ptr<int> m_choice; ///< the user's last one of a period; what came of another is dropped
     std::optional<int> m_tagAfter; ///< asked for while a deletion from the web reads every day
     QDateTime m_now;               ///< of the read: what a date that can't be read counts as
     std::vector<NotificationCenter::Observation> m_periodObservations;
@@ -186,7 +192,7 @@ private:
     QString operationType;
     std::vector<WebOrder> m_webOrders;
     NotificationCenter::Observation m_deleteAllSubscription;
-    RecordSet m_awaitingDeletion; ///< until the read has ended that was under way
+    RecordSet m_deletedMeanwhile; ///< until the read has ended that is under way
     bool removedCalledOnce = false;
     QStringList m_inProgressOperations;
     DispatchQueue m_cleanUpQueue{"ActivityLogs.cleanUp"};

@@ -332,8 +332,8 @@ std::vector<LogManager::Day> LogManager::takeFromCache(LogNodes nodes)
         const QString &key = node->dayKey;
         auto shared = sharedPlaces.find(key.constData());
         if (shared == sharedPlaces.end()) {
-            if (key.contains(u'/') || !mLogData.contains(key))
-                continue;
+            if (key.contains(u'/') || !LogFileNames::parseDateFromFileName(key + ".xml"_L1))
+                continue; // of no day file
             const auto place = places.constFind(key);
             shared = sharedPlaces.emplace(key.constData(), place == places.cend() ? days.size() : *place).first;
             if (place == places.cend()) {
@@ -354,12 +354,15 @@ void LogManager::forget(const Day &day)
     for (const LogNodePtr &node : day.nodes)
         gone.push_back(node.get());
     std::sort(gone.begin(), gone.end(), std::less<>());
-    LogNodes &left = mLogData[day.key];
+    const auto kept = mLogData.find(day.key);
+    if (kept == mLogData.end())
+        return;
+    LogNodes &left = *kept;
     std::erase_if(left, [&](const LogNodePtr &node) {
         return std::binary_search(gone.begin(), gone.end(), node.get(), std::less<>());
     });
     if (left.empty())
-        mLogData.remove(day.key);
+        mLogData.erase(kept);
 }
 
 // ---- Old session logs ---------------------------------------------------------------------------------------

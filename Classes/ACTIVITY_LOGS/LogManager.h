@@ -64,7 +64,8 @@ public:
     /// @{
 
     /// Deletes the records with the files that belong to them, one rewrite for each day file; the last record
-    /// of a day takes the file with it. Records of a day that mLogData doesn't hold are passed over. `ended` is
+    /// of a day takes the file with it. A record whose `dayKey` names no day
+    /// file is passed over. `ended` is
     /// called on the main thread unless the store is gone by then.
     void deleteNodes(LogNodes nodes, DeletionEnded ended = {});
     void deleteNode(const LogNodePtr &node, DeletionEnded ended = {}) { deleteNodes({node}, std::move(ended)); }
