@@ -164,6 +164,12 @@ TEST_F(ActivityLogsWindow, EachDeletionAsksAndTakesJustWhatItNames)
              QTest::keyClick(&table(), Qt::Key_Delete);
          },
          u"Would you like to delete selected item(s)?"_s, 4},
+        {"all, and another period is chosen before the answer", true,
+         [this] {
+             role.whileAsking = [this] { controller().displayLogs(LogPeriods::TwoWeeks); };
+             view().findChild<QAction *>(u"deleteAllItemsRef"_s)->trigger();
+         },
+         u"Would you like to delete all item(s)?"_s, 6},
         {"all of the period", true, [this] { view().findChild<QAction *>(u"deleteAllItemsRef"_s)->trigger(); },
          u"Would you like to delete all item(s)?"_s, 0},
     };
