@@ -228,7 +228,7 @@ void ActivityLogsView::selectionMayHaveChanged()
 
 // Texts
 
-void ActivityLogsView::showTabs(const std::vector<LogTab> &tabs, bool isSync)
+void ActivityLogsView::showTabs(const std::vector<LogTab> &tabs, bool isSync, TabShown shown)
 {
     QTabWidget *panel = isSync ? m_ui->mSyncTabView : m_ui->mDetailTabView;
     QTabWidget *other = isSync ? m_ui->mDetailTabView : m_ui->mSyncTabView;
@@ -245,7 +245,8 @@ void ActivityLogsView::showTabs(const std::vector<LogTab> &tabs, bool isSync)
         for (const LogTab tab : tabs)
             panel->addTab(&textView(tab), LogTabs::title(tab));
     }
-    panel->setCurrentIndex(0);
+    if (!isSame || shown == TabShown::First)
+        panel->setCurrentIndex(0);
     other->hide();
     panel->show();
 }

@@ -56,7 +56,8 @@ public:
     void focusList();
 
     /// Shows these tabs in the panel of sync records or in that of the others; the first is selected.
-    void showTabs(const std::vector<LogTab> &tabs, bool isSync);
+    enum class TabShown { First, Stays };
+    void showTabs(const std::vector<LogTab> &tabs, bool isSync, TabShown shown = TabShown::First);
 
     /// Takes the look of a light or dark desktop; light until it is called.
     void setDark(bool dark);

@@ -64,12 +64,20 @@ void CVActivityLogsViewController::deleteNow(const LogNodes &records)
 {
     if (records.empty())
         return;
-    const RecordSet gone(records.begin(), records.end());
-    std::erase_if(mLogContainer, [&gone](const LogNodePtr &record) { return gone.contains(record); });
+    LogNodes gone = records; // and the same ones that were read since the question
+    if (!mLogContainer.empty()) {
+        const RecordSet wanted(records.begin(), records.end());
+        std::erase_if(mLogContainer, [&](const LogNodePtr &record) {
+            const bool isGone = wanted.contains(record);
+            if (isGone)
+                gone.push_back(record);
+            return isGone;
+        });
+    }
     if (std::exchange(m_sortTurn, nullptr))
         sortAndShow(); // the sort that runs would bring them back
     if (m_view)
-        m_view->model().removeRecords(records);
+        m_view->model().removeRecords(gone);
     LogMgrInst->deleteNodes(records, [this](const LogNodes &kept) { deletionEnded(kept); });
 }
 
@@ -104,8 +112,7 @@ void CVActivityLogsViewController::deleteAllItems()
 
 void CVActivityLogsViewController::performDeleteAllViewLogs()
 {
-    const LogNodes all = mLogContainer;
-    remove(all);
+    deleteNow(std::exchange(mLogContainer, {}));
 }
 
 // Orders from the web

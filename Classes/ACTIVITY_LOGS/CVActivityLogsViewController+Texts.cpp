@@ -32,17 +32,19 @@ void CVActivityLogsViewController::selectedRow()
     // A page that came leaves the same record selected; a refresh reads its texts anew.
     if (record && record == selectedNode)
         return;
+    const bool isReread = record && selectedNode && SameRecord()(record, selectedNode);
     selectedNode = record;
     if (!record) {
         m_textReader.cancel();
         return emptyTexts();
     }
-    m_textsTimer = m_surroundings.clock.start(OldTextsStay, Clock::Repeat::Once, [this] { emptyTexts(); });
+    if (!isReread)
+        m_textsTimer = m_surroundings.clock.start(OldTextsStay, Clock::Repeat::Once, [this] { emptyTexts(); });
     m_textReader.read(record->logfile, LogTabs::isSyncLog(record->logfile),
-                      [this](const LogPage &page) { showPage(page); });
+                      [this, isReread](const LogPage &page) { showPage(page, isReread); });
 }
 
-void CVActivityLogsViewController::showPage(const LogPage &page)
+void CVActivityLogsViewController::showPage(const LogPage &page, bool isReread)
 {
     m_textsTimer.reset();
     if (!m_view)
@@ -50,7 +52,8 @@ void CVActivityLogsViewController::showPage(const LogPage &page)
     std::vector<LogTab> tabs;
     for (const LogPage::Tab &tab : page.tabs)
         tabs.push_back(tab.tab);
-    m_view->showTabs(tabs, page.isSync);
+    m_view->showTabs(tabs, page.isSync,
+                     isReread ? ActivityLogsView::TabShown::Stays : ActivityLogsView::TabShown::First);
     for (const LogTab tab : Tabs) {
         LogTextView &view = m_view->textView(tab);
         const auto found = std::find_if(page.tabs.begin(), page.tabs.end(),

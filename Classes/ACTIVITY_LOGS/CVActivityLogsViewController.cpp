@@ -56,7 +56,8 @@ void CVActivityLogsViewController::connectView()
     m_view->selectionChanged = [this] { selectedRow(); };
     m_view->sortChanged = [this] {
         m_orderHasChanged = true;
-        sortAndShow();
+        if (!isReading() || m_view->model().rowCount() == 0)
+            sortAndShow(); // else the rows on view stay until the read has ended
     };
     m_view->reachedEnd = [this] { scrollViewDidScroll(); };
     m_view->appears = [this] { viewWillAppear(); };

@@ -70,6 +70,7 @@ public:
     void displayLogs(int tag);
     /// The tag that is stored as the user's choice.
     [[nodiscard]] int logsFrom() const;
+    [[nodiscard]] bool showsArchive() const { return m_tag == LogPeriods::Archive; }
     /// The user has chosen an entry of the pop-up.
     void sortLogs(int tag);
     void refreshAction();
@@ -157,7 +158,7 @@ private:
     void deletionEnded(const LogNodes &kept);
 
     // Texts
-    void showPage(const LogPage &page);
+    void showPage(const LogPage &page, bool isReread);
     void emptyTexts();
     void saveRows(const std::vector<LogArchive::Row> &rows);
     void saveTo(const QString &folder, const std::vector<LogArchive::Row> &rows);

@@ -58,7 +58,8 @@ void LogTableModel::setRecords(LogNodes records, const QDateTime &now)
     beginResetModel();
     m_now = now;
     m_dates = LogDates(now);
-    m_records = std::move(records);
+    // Years of records take longer to free than a frame lasts.
+    m_freeing.async([old = std::exchange(m_records, std::move(records))] {});
     m_dateTimes.assign(m_records.size(), QString());
     endResetModel();
 }

@@ -3,6 +3,7 @@
 #include "Classes/ACTIVITY_LOGS/LogDates.h"
 #include "Classes/ACTIVITY_LOGS/LogNode.h"
 #include "Classes/ACTIVITY_LOGS/LogStatusLook.h"
+#include "Platform/DispatchQueue.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
@@ -71,6 +72,7 @@ private:
     void removeFew(std::span<const int> rows);
 
     LogNodes m_records;
+    DispatchQueue m_freeing{"ActivityLogs.free"};
     QDateTime m_now;
     mutable LogDates m_dates;
     mutable std::vector<QString> m_dateTimes; ///< by row; null until it is seen

@@ -76,13 +76,14 @@ void LogTableView::setLogModel(LogTableModel &model)
     header->setHighlightSections(false);
     header->setMinimumSectionSize(SmallestColumn);
     header->setSortIndicatorShown(true);
-    header->setSortIndicator(int(LogColumn::DateTime), Qt::DescendingOrder);
+    header->setSortIndicator(m_sort.section, m_sort.order);
     header->setSectionResizeMode(int(LogColumn::Delete), QHeaderView::Fixed);
-    connect(header, &QHeaderView::sortIndicatorChanged, this, [this, header](int section, Qt::SortOrder) {
+    connect(header, &QHeaderView::sortIndicatorChanged, this, [this, header](int section, Qt::SortOrder order) {
         // There is nothing to sort by a button.
         if (section == int(LogColumn::Delete))
-            header->setSortIndicator(int(LogColumn::DateTime), Qt::DescendingOrder);
-        else if (sortChanged)
+            return header->setSortIndicator(m_sort.section, m_sort.order);
+        const Sort now{section, order};
+        if (std::exchange(m_sort, now) != now && sortChanged)
             sortChanged();
     });
     const auto byUser = [this] {

@@ -103,7 +103,15 @@ private:
     [[nodiscard]] int buttonRowAt(const QPoint &place) const;
     void lookForEnd();
 
+    /// What the list is sorted by.
+    struct Sort {
+        int section = int(LogColumn::DateTime);
+        Qt::SortOrder order = Qt::DescendingOrder;
+        friend bool operator==(const Sort &, const Sort &) = default;
+    };
+
     LogTableModel *m_model = nullptr;
+    Sort m_sort;
     LogTableDelegate *m_delegate = nullptr;
     int m_hoveredRow = -1;
     int m_hoveredButtonRow = -1;

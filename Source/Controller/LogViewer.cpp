@@ -42,7 +42,7 @@ void LogViewer::start()
 
 void LogViewer::viewSessionLog()
 {
-    displayLogs();
+    logs().displayLogs(logs().logsFrom());
     m_window.showWindow();
 }
 
@@ -66,7 +66,8 @@ void LogViewer::shouldShowLogView()
 
 void LogViewer::displayLogs()
 {
-    logs().displayLogs(logs().logsFrom());
+    if (!logs().showsArchive())
+        logs().displayLogs(logs().logsFrom());
 }
 
 void LogViewer::userDidChange()

@@ -48,7 +48,9 @@ public:
     void shouldShowLogView();
     /// @}
 
-    void displayLogs();   ///< reads the chosen period anew, whether or not there is a window
+    /// A job has written its record: reads the chosen period anew, whether or not there is a window. The
+    /// archive has none of it, and stays.
+    void displayLogs();
     void userDidChange(); ///< a sign-in, or a sign-out
     /// An order from the web, with the texts `logFile` and `operation`; without both it does nothing.
     void deleteLog(const QVariantMap &order);
