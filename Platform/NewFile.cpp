@@ -91,7 +91,18 @@ int NewFile::renameTo(const QByteArray &name)
         uninterrupted([&] { return ::openat(m_folder, to, O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600); }));
     if (!place.isOpen())
         return errno;
-    return ::renameat(m_folder, m_temporary.constData(), m_folder, to) == 0 ? 0 : errno;
+    if (::renameat(m_folder, m_temporary.constData(), m_folder, to) == 0)
+        return 0;
+    const int error = errno;
+    // Unless somebody has put a file of theirs there meanwhile.
+    struct stat held = {};
+    struct stat here = {};
+    const bool isOurs = ::fstat(place, &held) == 0 &&
+                        ::fstatat(m_folder, to, &here, AT_SYMLINK_NOFOLLOW) == 0 &&
+                        held.st_dev == here.st_dev && held.st_ino == here.st_ino && here.st_size == 0;
+    if (isOurs)
+        ::unlinkat(m_folder, to, 0);
+    return error;
 }
 
 int NewFile::takeName(const QByteArray &name)

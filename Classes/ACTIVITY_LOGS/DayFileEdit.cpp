@@ -5,10 +5,15 @@
 #include "Platform/StampedFile.h"
 #include "Source/Logger/WriteTrace.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QSet>
 
 #include <cerrno>
 #include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -98,6 +103,17 @@ FileResult carryOut(const QString &path, const Edit &edit, const FileStamp &stam
     return isUnchanged() ? AtomicFile::remove(path) : FileResult::failed(ESTALE);
 }
 
+/// As AtomicFile will find it; a link's target is what it replaces.
+FileResult writable(const QString &path)
+{
+    const QString target = QFileInfo(path).canonicalFilePath();
+    const QByteArray folder = QFile::encodeName(QFileInfo(target).path());
+    const bool isWritable =
+        ::faccessat(AT_FDCWD, QFile::encodeName(target).constData(), W_OK, AT_EACCESS) == 0 &&
+        ::faccessat(AT_FDCWD, folder.constData(), W_OK | X_OK, AT_EACCESS) == 0;
+    return isWritable ? FileResult() : FileResult::failed(errno);
+}
+
 DayFileEdit::Outcome failed(const QString &path, const FileResult &result)
 {
     traceFailure(path, result);
@@ -129,4 +145,22 @@ DayFileEdit::Outcome DayFileEdit::removeRecords(const QString &path, const LogNo
             break;
     }
     return failed(path, result);
+}
+
+bool DayFileEdit::canEdit(const QString &path)
+{
+    if (!FileStamp::of(path))
+        return true;
+    FileResult result = writable(path);
+    const auto bytes = result ? AtomicFile::read(path, Limits::DayFileBytes) : std::nullopt;
+    if (result && !bytes)
+        result = FileResult::refused(u"it can't be read"_s);
+    if (bytes) {
+        const DayFileScan::Outcome scanned = DayFileScan::run(*bytes, {});
+        if (!scanned.isWhole)
+            result = FileResult::refused(scanned.reason);
+    }
+    if (!result)
+        traceFailure(path, result); // that it could be written is told by the write
+    return bool(result);
 }

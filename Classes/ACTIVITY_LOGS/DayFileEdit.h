@@ -28,4 +28,9 @@ using Read = std::function<std::optional<QByteArray>(const QString &path, qint64
 /// `read` is given so that a test can be such a change.
 [[nodiscard]] Outcome removeRecords(const QString &path, const LogNodes &records,
                                     const Read &read = AtomicFile::read);
+
+/// Whether removeRecords() could rewrite the file as it stands now, but for the room on the disk: it can be
+/// read, is well-formed, and neither its mode nor that of its folder is against it. A refusal is traced. Also
+/// true where there is no file, and so nothing to rewrite.
+[[nodiscard]] bool canEdit(const QString &path);
 } // namespace DayFileEdit

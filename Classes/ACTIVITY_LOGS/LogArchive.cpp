@@ -1,7 +1,7 @@
 #include "Classes/ACTIVITY_LOGS/LogArchive.h"
 
 #include "Classes/ACTIVITY_LOGS/LogTabs.h"
-#include "Platform/DispatchQueue.h"
+#include "Classes/ACTIVITY_LOGS/LogWork.h"
 #include "Platform/MainThread.h"
 #include "Platform/NewFile.h"
 #include "Platform/ZipWriter.h"
@@ -111,7 +111,7 @@ LogArchive::Saved LogArchive::save(const std::vector<Row> &rows, const QString &
 }
 
 struct LogSaving::State {
-    const DispatchQueue queue{"LogArchive"};
+    const LogWorker worker{"corvane-logsave"};
     quint64 started = 0;
     /// By number. Main thread only, so that what they hold is never released elsewhere.
     std::map<quint64, std::function<void(const LogArchive::Saved &)>> waiting;
@@ -132,7 +132,7 @@ void LogSaving::start(std::vector<LogArchive::Row> rows, const QString &folder,
 {
     const quint64 number = ++m_state->started;
     m_state->waiting.emplace(number, std::move(done));
-    m_state->queue.async([state = m_state, stop = m_stop, rows = std::move(rows), folder, number] {
+    m_state->worker.async([state = m_state, stop = m_stop, rows = std::move(rows), folder, number] {
         const auto saved = LogArchive::save(rows, folder, *stop);
         onMainThread([state, saved, number] {
             if (const auto told = state->waiting.extract(number))

@@ -35,7 +35,7 @@ struct Saved {
 [[nodiscard]] QString zipStem(const QString &logName);
 } // namespace LogArchive
 
-/// Saves logs off the main thread. Main thread only.
+/// Saves logs on a thread of its own. Main thread only.
 class LogSaving
 {
 public:

@@ -9,6 +9,7 @@
 #include "Classes/ACTIVITY_LOGS/LogFileNames.h"
 #include "Classes/ACTIVITY_LOGS/LogFileRemoval.h"
 #include "Classes/ACTIVITY_LOGS/LogParseOperation.h"
+#include "Classes/ACTIVITY_LOGS/LogWork.h"
 #include "Classes/ACTIVITY_LOGS/OldSessionLogs.h"
 #include "Platform/FolderNames.h"
 #include "Platform/Limits.h"
@@ -16,7 +17,6 @@
 #include "Platform/UserDefaults.h"
 #include "Platform/WorkerThread.h"
 #include "Source/Logger/QNLogger.h"
-#include "Source/Logger/WriteTrace.h"
 #include "Utility/Paths/PathTable.h"
 
 #include <QFile>
@@ -34,6 +34,12 @@ namespace
 {
 /// A day's files in the order in which they are read.
 constexpr QLatin1StringView DayFileEndings[] = {"_cdp"_L1, "_sync"_L1, ""_L1};
+
+/// With ".xml" behind it, in any folder.
+bool isFileName(const QString &key)
+{
+    return !key.isEmpty() && !key.contains(u'/') && !key.contains(QChar(u'\0'));
+}
 
 struct Listing {
     FileResult result;
@@ -119,7 +125,6 @@ LogManager::~LogManager()
     *m_self = nullptr;
     if (m_read)
         m_read->stop.request_stop();
-    m_oldLogsStop.request_stop();
 }
 
 // ---- Reading ------------------------------------------------------------------------------------------------
@@ -288,12 +293,29 @@ struct LogManager::Deletion {
     std::vector<Day> days;
     std::optional<LogFileRemoval> files;
     LogNodes kept;
+    std::optional<LogWork> work;
+
+    /// True once the records are out of the file.
+    bool carryOut(const Day &day, const QString &path);
 };
+
+bool LogManager::Deletion::carryOut(const Day &day, const QString &path)
+{
+    // The files go before the records, because on a full disk they make the room that the rewrite needs, and
+    // because a record without a log can be deleted again, while a log without a record is never seen any more.
+    // But they can't come back, so first the rewrite is known to fail for no other cause.
+    if (!DayFileEdit::canEdit(path))
+        return false;
+    for (const LogNodePtr &node : day.nodes)
+        files->remove(node->logfile);
+    return DayFileEdit::removeRecords(path, day.nodes) != DayFileEdit::Outcome::Failed;
+}
 
 void LogManager::deleteNodes(LogNodes nodes, DeletionEnded ended)
 {
     const auto deletion = std::make_shared<Deletion>();
     deletion->days = takeFromCache(std::move(nodes));
+    deletion->work.emplace(qsizetype(deletion->days.size()));
     mQueue.async([deletion] {
         deletion->files.emplace(
             QStringList{pathValue("LogsDumpPath"_L1, {}), pathValue("LogsDumpOldPath"_L1, {})},
@@ -304,15 +326,13 @@ void LogManager::deleteNodes(LogNodes nodes, DeletionEnded ended)
     for (std::size_t i = 0; i < deletion->days.size(); ++i) {
         mQueue.async([deletion, i, folder = mLogDumpPath] {
             const auto day = std::exchange(deletion->days[i], {});
-            // Their files go first: on a full disk they make the room that the rewrite needs.
-            for (const LogNodePtr &node : day.nodes)
-                deletion->files->remove(node->logfile);
-            const QString path = folder + u'/' + day.key + ".xml"_L1;
-            if (DayFileEdit::removeRecords(path, day.nodes) == DayFileEdit::Outcome::Failed)
+            if (!deletion->carryOut(day, folder + u'/' + day.key + ".xml"_L1))
                 deletion->kept.insert(deletion->kept.end(), day.nodes.begin(), day.nodes.end());
+            deletion->work->dayFileDone();
         });
     }
     mQueue.async([deletion, self = m_self, ended = std::move(ended)] {
+        deletion->work.reset();
         onMainThread([deletion, self, ended] {
             if (*self && ended)
                 ended(deletion->kept);
@@ -332,8 +352,8 @@ std::vector<LogManager::Day> LogManager::takeFromCache(LogNodes nodes)
         const QString &key = node->dayKey;
         auto shared = sharedPlaces.find(key.constData());
         if (shared == sharedPlaces.end()) {
-            if (key.contains(u'/') || !LogFileNames::parseDateFromFileName(key + ".xml"_L1))
-                continue; // of no day file
+            if (!isFileName(key) || !mLogDumpPath.startsWith(u'/'))
+                continue;
             const auto place = places.constFind(key);
             shared = sharedPlaces.emplace(key.constData(), place == places.cend() ? days.size() : *place).first;
             if (place == places.cend()) {
@@ -350,18 +370,17 @@ std::vector<LogManager::Day> LogManager::takeFromCache(LogNodes nodes)
 
 void LogManager::forget(const Day &day)
 {
+    const auto kept = mLogData.find(day.key);
+    if (kept == mLogData.end())
+        return;
     std::vector<const LogNode *> gone;
     for (const LogNodePtr &node : day.nodes)
         gone.push_back(node.get());
     std::sort(gone.begin(), gone.end(), std::less<>());
-    const auto kept = mLogData.find(day.key);
-    if (kept == mLogData.end())
-        return;
-    LogNodes &left = *kept;
-    std::erase_if(left, [&](const LogNodePtr &node) {
+    std::erase_if(*kept, [&](const LogNodePtr &node) {
         return std::binary_search(gone.begin(), gone.end(), node.get(), std::less<>());
     });
-    if (left.empty())
+    if (kept->empty())
         mLogData.erase(kept);
 }
 
@@ -369,18 +388,17 @@ void LogManager::forget(const Day &day)
 
 void LogManager::createOldLogs(UserDefaults &defaults, OldLogsEnded ended)
 {
-    const auto key = u"onlyonce"_s;
     if (std::exchange(m_askedForOldLogs, true) || !mLogDumpPath.startsWith(u'/') ||
-        defaults.value(key).toInt() != 0)
+        defaults.value(u"onlyonce"_s).toInt() != 0)
         return;
-    const auto work = [folder = mLogDumpPath, today = m_clock.now().date(), stop = m_oldLogsStop.get_token(),
-                       key, &defaults, self = m_self, ended = std::move(ended)] {
+    const auto work = [folder = mLogDumpPath, today = m_clock.now().date(), &defaults, self = m_self,
+                       ended = std::move(ended), held = std::make_shared<LogWork>()] {
         if (!listDayFiles(folder).names.isEmpty())
             return;
-        defaults.setValue(key, 1);
-        traceFailure(defaults.path(), defaults.synchronize());
-        const int records = OldSessionLogs(folder, today, stop).createOldLogs();
-        onMainThread([self, records, ended] {
+        const auto records = OldSessionLogs::createOnce(defaults, folder, today, LogWork::endOfProgram());
+        if (!records)
+            return;
+        onMainThread([self, records = *records, ended] {
             if (!*self)
                 return;
             (*self)->logLimit = records;

@@ -13,7 +13,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stop_token>
 #include <vector>
 
 class UserDefaults;
@@ -64,16 +63,17 @@ public:
     /// @{
 
     /// Deletes the records with the files that belong to them, one rewrite for each day file; the last record
-    /// of a day takes the file with it. A record whose `dayKey` names no day
-    /// file is passed over. `ended` is
-    /// called on the main thread unless the store is gone by then.
+    /// of a day takes the file with it. The day is that of the record's `dayKey`, whether mLogData holds it or
+    /// not; a key that names no file in the dump folder is passed over. `ended` is called on the main thread
+    /// unless the store is gone by then. The end of the program waits for it a moment, and traces what is left.
     void deleteNodes(LogNodes nodes, DeletionEnded ended = {});
     void deleteNode(const LogNodePtr &node, DeletionEnded ended = {}) { deleteNodes({node}, std::move(ended)); }
     /// @}
 
     /// Makes records of the session logs of the last 30 days, on a thread of its own: once in the life of the
-    /// settings (`onlyonce`), and only while there is no day file. `ended` is called on the main thread when
-    /// that thread has done so, unless the store is gone by then; it is time to read the list anew. `defaults`
+    /// settings (`onlyonce`), and only while there is no day file. It goes on without the store; the end of the
+    /// program stops it, and the next start begins it anew. `ended` is called on the main thread when that
+    /// thread has done so, unless the store is gone by then; it is time to read the list anew. `defaults`
     /// outlives the process's threads.
     void createOldLogs(UserDefaults &defaults, OldLogsEnded ended);
 
@@ -115,6 +115,5 @@ private:
     const DispatchQueue mQueue;
     std::shared_ptr<Read> m_read;         ///< the one that counts
     std::shared_ptr<LogManager *> m_self; ///< for what comes late; null in it once the store is gone
-    std::stop_source m_oldLogsStop;
     bool m_askedForOldLogs = false;
 };

@@ -1,7 +1,7 @@
 #include "Classes/ACTIVITY_LOGS/OldLogLayout.h"
 
+#include "Classes/ACTIVITY_LOGS/LogWork.h"
 #include "Platform/Descriptor.h"
-#include "Platform/DispatchQueue.h"
 #include "Platform/FileMove.h"
 #include "Platform/Limits.h"
 #include "Platform/MainThread.h"
@@ -243,7 +243,7 @@ std::vector<OldLogLayout::SessionLog> OldLogLayout::reloadSessionLogs()
 }
 
 struct OldLogSweep::State {
-    const DispatchQueue queue{"OldLogSweep"};
+    const LogWorker worker{"corvane-sweep"};
     std::atomic<bool> stop = false;
     QHash<QString, std::vector<std::function<void(OldLogLayout::Swept)>>> waiting; // main thread only
 };
@@ -265,7 +265,7 @@ void OldLogSweep::start(const QString &folder, std::function<void(OldLogLayout::
         waiting.push_back(std::move(done));
     if (isUnderWay)
         return;
-    m_state->queue.async([state = m_state, folder] {
+    m_state->worker.async([state = m_state, folder] {
         const auto swept = OldLogLayout::moveOldLogs(folder, state->stop);
         onMainThread([state, folder, swept] {
             const auto told = state->waiting.take(folder);

@@ -52,7 +52,7 @@ struct SessionLog {
 [[nodiscard]] std::optional<SessionLog> sessionLog(const QString &folder, const QString &name);
 } // namespace OldLogLayout
 
-/// Sweeps folders off the main thread, one after the other. Main thread only.
+/// Sweeps folders on a thread of its own, one after the other. Main thread only.
 class OldLogSweep
 {
 public:

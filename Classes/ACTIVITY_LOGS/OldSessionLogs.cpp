@@ -7,6 +7,7 @@
 #include "Platform/AtomicFile.h"
 #include "Platform/FolderNames.h"
 #include "Platform/RegularFile.h"
+#include "Platform/UserDefaults.h"
 #include "Source/Logger/WriteTrace.h"
 
 #include <QFile>
@@ -51,11 +52,27 @@ OldSessionLogs::OldSessionLogs(QString dumpPath, QDate today, std::stop_token st
 {
 }
 
-int OldSessionLogs::createOldLogs()
+std::optional<int> OldSessionLogs::createOnce(UserDefaults &defaults, const QString &dumpPath, QDate today,
+                                              const std::stop_token &stop)
+{
+    const auto set = [&](int value) {
+        defaults.setValue(u"onlyonce"_s, value);
+        traceFailure(defaults.path(), defaults.synchronize());
+    };
+    set(1);
+    const auto records = OldSessionLogs(dumpPath, today, stop).createOldLogs();
+    if (!records)
+        set(0);
+    return records;
+}
+
+std::optional<int> OldSessionLogs::createOldLogs()
 {
     for (const Operation &operation : Operations)
         m_names.insert(operation.folder, namesOf(operation.folder));
-    int written = 0;
+    // Nothing is written before all is counted, which takes the time: a folder with some of the days would not
+    // be taken for an empty one at the next start, and the others would never come.
+    std::vector<LogNodes> days;
     for (int back = 0; back <= Days && m_logLimit < MostRecords && !m_stop.stop_requested(); ++back) {
         const QString day = LogFileNames::dayName(m_today.addDays(-back));
         LogNodes nodes;
@@ -63,7 +80,14 @@ int OldSessionLogs::createOldLogs()
             const LogNodes ofOne = getNodesForOperation(operation.folder, day);
             nodes.insert(nodes.end(), ofOne.begin(), ofOne.end());
         }
-        if (!nodes.empty() && writeToXMLFile(nodes.front()->logname, nodes))
+        if (!nodes.empty())
+            days.push_back(std::move(nodes));
+    }
+    if (m_stop.stop_requested())
+        return std::nullopt;
+    int written = 0;
+    for (const LogNodes &nodes : days) {
+        if (writeToXMLFile(nodes.front()->logname, nodes))
             written += int(nodes.size());
     }
     return written;

@@ -11,6 +11,8 @@
 #include <optional>
 #include <stop_token>
 
+class UserDefaults;
+
 /// Makes day files of the session logs that lie without records in the operation folders beside the dump
 /// folder, so that a list that is empty after an update shows what ran before. A session log with a summary has
 /// its record already. The logs are only counted through, in pieces, whatever their size.
@@ -32,8 +34,13 @@ public:
     OldSessionLogs(QString dumpPath, QDate today, std::stop_token stop);
 
     /// Writes the day files and tells how many records they hold. A file that stands, or that comes meanwhile,
-    /// is left alone; one that can't be written is traced.
-    int createOldLogs();
+    /// is left alone; one that can't be written is traced. None after a stop before the last log was counted:
+    /// then nothing was written.
+    std::optional<int> createOldLogs();
+    /// The same, once in the life of the settings: `onlyonce` is 1 from the start of it, and 0 again after a
+    /// stop.
+    static std::optional<int> createOnce(UserDefaults &defaults, const QString &dumpPath, QDate today,
+                                         const std::stop_token &stop);
 
     /// The operation's counts in one log; none for what is no regular file, can't be read, or after a stop.
     [[nodiscard]] static std::optional<Counts> countsOf(const QString &path, const QString &operation,

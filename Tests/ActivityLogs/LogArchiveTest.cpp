@@ -1,6 +1,8 @@
 // Saving logs to a folder: what stands there afterwards, and what never goes from it.
 
 #include "Classes/ACTIVITY_LOGS/LogArchive.h"
+#include "Classes/ACTIVITY_LOGS/LogWork.h"
+#include "Platform/DispatchQueue.h"
 
 #include "Tests/Support/PrintQt.h"
 #include "Tests/Support/TemporaryHome.h"
@@ -9,6 +11,8 @@
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
+
+#include <future>
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -103,4 +107,25 @@ TEST_F(LogArchiveTest, ASavingEndsOnTheMainThreadUnlessItsOwnerIsGone)
     ASSERT_TRUE(waitUntil([&] { return result.has_value(); }));
     EXPECT_EQ(result->files, 1);
     EXPECT_FALSE(late);
+}
+
+TEST(LogWorkerTest, WorkOfMinutesLeavesThePoolFreeAndRunsInItsOrder)
+{
+    const LogWorker workers[] = {LogWorker("one"), LogWorker("two"), LogWorker("three")};
+    std::promise<void> minutesLater;
+    const auto minutes = minutesLater.get_future().share();
+    std::atomic<int> ended = 0;
+    for (const LogWorker &worker : workers) {
+        const auto first = std::make_shared<std::atomic<bool>>(false);
+        worker.async([=] {
+            minutes.wait();
+            *first = true;
+        });
+        worker.async([&ended, first] { ended += *first ? 1 : 0; });
+    }
+    std::atomic<bool> listIsRead = false;
+    DispatchQueue("list").async([&] { listIsRead = true; });
+    EXPECT_TRUE(waitUntil([&] { return listIsRead.load(); }));
+    minutesLater.set_value();
+    EXPECT_TRUE(waitUntil([&] { return ended == 3; }));
 }

@@ -228,12 +228,40 @@ TEST_F(LogManagerTest, ADeletionTakesTheRecordAndItsFilesAndNothingElse)
     EXPECT_EQ(QDir(home.path(Logs + u"Backup"_s)).entryList(QDir::Files),
               QStringList(u"11-22-2026-10-00-00.other"_s));
     EXPECT_EQ(owner.store->mLogData.size(), 1);
+}
 
-    day(u"11-20-2026"_s);
-    const auto unknown = std::make_shared<LogNode>(*owner.rows[0]);
-    unknown->dayKey = u"11-20-2026"_s;
-    deleteAndWait({unknown, nullptr});
-    EXPECT_FALSE(fileOf(u"11-20-2026"_s).isEmpty()) << "its day was never read";
+TEST_F(LogManagerTest, ADayGoesByItsKeyAndItsLogsStayWhereItCannotBeEdited)
+{
+    const QString log = home.path(Logs + u"Backup/log"_s);
+    const QByteArray mine = record("1", log.toUtf8());
+    struct Given {
+        QString key;
+        QByteArray records;
+    };
+    const Row<Given, std::pair<bool, qsizetype>> rows[] = {
+        // whether the log stays, and how many are kept
+        {"a day that was never read", {u"11-20-2026"_s, mine}, {false, 0}},
+        {"its file is gone", {u"11-20-2026"_s, {}}, {false, 0}},
+        {"malformed by now", {u"11-20-2026"_s, mine + "<"}, {true, 1}},
+        {"outside the folder", {u"../11-20-2026"_s, mine}, {true, 0}},
+        {"no name", {u""_s, mine}, {true, 0}},
+    };
+    forEachRow(rows, [&](const auto &row) {
+        home.write(Logs + u"Backup/log"_s, "text");
+        if (!row.given.records.isEmpty())
+            day(row.given.key, row.given.records);
+        const auto node = std::make_shared<LogNode>();
+        node->datetime = u"1"_s;
+        node->uname = u"ana"_s;
+        node->optype = u"1"_s;
+        node->logfile = log;
+        node->dayKey = row.given.key;
+        qsizetype kept = -1;
+        owner.store->deleteNodes({nullptr, node}, [&](const LogNodes &left) { kept = qsizetype(left.size()); });
+        EXPECT_TRUE(waitUntil([&] { return kept >= 0; }));
+        EXPECT_EQ(std::pair(QFile::exists(log), kept), row.expected);
+        EXPECT_EQ(fileOf(row.given.key).isEmpty(), !row.expected.first);
+    });
 }
 
 TEST_F(LogManagerTest, ARecordTakesNoFileThatIsNotItsOwn)
@@ -276,4 +304,13 @@ TEST_F(LogManagerTest, OldSessionLogsAreLookedForOnceAndOnlyWithoutDayFiles)
     EXPECT_EQ(owner.store->logLimit, 1);
     EXPECT_EQ(UserDefaults(defaults.path()).value(u"onlyonce"_s).toInt(), 1);
     EXPECT_TRUE(fileOf(u"11-22-2026"_s).contains("11-22-2026-10-00-00"));
+}
+
+TEST_F(LogManagerTest, OldSessionLogsAreRebuiltWithoutTheStoreThatBeganIt)
+{
+    UserDefaults defaults(home.path(u"defaults.plist"_s));
+    home.write(Logs + u"Backup/11-22-2026-10-00-00"_s, "file size: 1\n");
+    owner.store->createOldLogs(defaults, [](int) { ADD_FAILURE() << "the store is gone"; });
+    owner.store.reset();
+    EXPECT_TRUE(waitUntil([&] { return !fileOf(u"11-22-2026"_s).isEmpty(); }));
 }

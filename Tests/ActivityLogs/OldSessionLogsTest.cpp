@@ -4,6 +4,7 @@
 #include "Classes/ACTIVITY_LOGS/DayFile.h"
 #include "Classes/ACTIVITY_LOGS/LineCount.h"
 #include "Classes/ACTIVITY_LOGS/LogFileNames.h"
+#include "Platform/UserDefaults.h"
 #include "Tests/Support/ForEachRow.h"
 #include "Tests/Support/PrintQt.h"
 #include "Tests/Support/TemporaryHome.h"
@@ -45,7 +46,7 @@ class OldSessionLogsTest : public testing::Test
 {
 protected:
     void log(const QString &relative, const QByteArray &text) const { home.write(logs + relative, text); }
-    [[nodiscard]] int create(QDate today = QDate(2026, 11, 23)) const
+    [[nodiscard]] std::optional<int> create(QDate today = QDate(2026, 11, 23)) const
     {
         return OldSessionLogs(home.path(logs + u"LOGXML"_s), today, {}).createOldLogs();
     }
@@ -111,4 +112,20 @@ TEST_F(OldSessionLogsTest, TheFiftyFirstRecordIsTheLastAndNoDayFileIsWrittenOver
     EXPECT_EQ(home.read(logs + u"LOGXML/11-22-2026.xml"_s), "<records></records>\n");
     EXPECT_EQ(day(u"11-07-2026"_s).size(), 3);
     EXPECT_EQ(day(u"11-06-2026"_s).size(), 0);
+}
+
+TEST_F(OldSessionLogsTest, WhatTheEndOfTheProgramCutsOffIsTakenUpByTheNextStart)
+{
+    UserDefaults defaults(home.path(u"defaults.plist"_s));
+    const auto start = [&](const std::stop_token &stop) {
+        return OldSessionLogs::createOnce(defaults, home.path(logs + u"LOGXML"_s), QDate(2026, 11, 23), stop);
+    };
+    log(u"Backup/11-22-2026-10-00-00"_s, "file size: 1\n");
+    std::stop_source end;
+    end.request_stop();
+    EXPECT_EQ(start(end.get_token()), std::nullopt);
+    EXPECT_FALSE(QDir(home.path(logs + u"LOGXML"_s)).exists());
+    EXPECT_EQ(UserDefaults(defaults.path()).value(u"onlyonce"_s).toInt(), 0);
+    EXPECT_EQ(start({}), 1);
+    EXPECT_EQ(UserDefaults(defaults.path()).value(u"onlyonce"_s).toInt(), 1);
 }
