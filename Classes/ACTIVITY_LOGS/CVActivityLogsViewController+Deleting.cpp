@@ -97,6 +97,8 @@ void CVActivityLogsViewController::deleteAllItems()
     const LogNodes rows = m_view ? m_view->model().records() : mLogContainer;
     if (!isConfirmed(ActivityLogsVC::deleteAllItems) || tag != m_tag)
         return;
+    if (m_tagAfter)
+        return; // the period that is named is not yet the one that is read
     if (!LogPeriods::isPaged(tag))
         return remove(rows);
     if (m_view)
